@@ -1,0 +1,103 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ZentuCmdDefs.h"
+#include "ZentuCmdEngineExport.h"
+#include "ZentuCmdItem.h"
+#include "ZentuCmdItemDefs.h"
+#include "ZentuIteratorRange.h"
+
+// One command of a job definition: a kind, a name, and the items that it owns, grouped by item
+// kind in the order in which they were added.
+class ZENTU_CMD_ENGINE_API ZentuCmd {
+public:
+    // The items of one item kind.
+    using ItemSequence = std::vector<std::unique_ptr<ZentuCmdItem>>;
+    // The items of one item kind, seen as read-only items.
+    using ConstItemSequence = std::vector<std::unique_ptr<const ZentuCmdItem>>;
+    using iterator = ItemSequence::iterator;
+    using const_iterator = ItemSequence::const_iterator;
+
+    // A command of the given kind named after it, without items.
+    explicit ZentuCmd(ZentuCmdDefs::Cmd type);
+    // A command of the given kind and name, without items.
+    ZentuCmd(ZentuCmdDefs::Cmd type, const std::string& name);
+    // Takes over the items, kind and name; other is left without items and with an empty name.
+    ZentuCmd(ZentuCmd&& other) noexcept;
+    // Replaces this command's items, kind and name with other's.
+    ZentuCmd& operator=(ZentuCmd&& other) noexcept;
+    ZentuCmd(const ZentuCmd&) = delete;
+    ZentuCmd& operator=(const ZentuCmd&) = delete;
+    virtual ~ZentuCmd();
+
+    // Appends a string item (stored in upper case) of the given name.
+    void AddStringItem(ZentuCmdItemDefs::CmdItem item, const std::string& name,
+                       const std::string& value);
+    // Appends a string item named after its item kind.
+    void AddStringItem(ZentuCmdItemDefs::CmdItem item, const std::string& value);
+    // Appends a reference item of the given name that refers to target.
+    void AddItem(ZentuCmdItemDefs::CmdItem item, const std::string& name, const ZentuCmd& target);
+    // Appends a reference item named after its item kind that refers to target.
+    void AddItem(ZentuCmdItemDefs::CmdItem item, const ZentuCmd& target);
+    // Appends a prepared item and takes ownership of it; a null pointer adds nothing.
+    void AddItem(ZentuCmdItemDefs::CmdItem item, std::unique_ptr<ZentuCmdItem> newItem);
+
+    // Puts newItem in the place of the item at index and deletes the old one; when there is no
+    // item at index, newItem is deleted and the command stays as it was.
+    void ReplaceItem(ZentuCmdItemDefs::CmdItem item, std::unique_ptr<ZentuCmdItem> newItem,
+                     std::size_t index);
+
+    // Deletes the items from first up to but not including last; the rest keep their order.
+    void Erase(ZentuCmdItemDefs::CmdItem item, const_iterator first, const_iterator last);
+    // Deletes the item at position.
+    void Erase(ZentuCmdItemDefs::CmdItem item, const_iterator position);
+    // Deletes every item of the kind.
+    void EraseAll(ZentuCmdItemDefs::CmdItem item);
+
+    // Replaces every item of this command with a copy of other's items; name and kind stay.
+    void CopyItemsFrom(const ZentuCmd& other);
+
+    // The item at index; index must be below the number of items of the kind.
+    ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index);
+    // The item at index; index must be below the number of items of the kind.
+    const ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index) const;
+    // Whether the command holds an item of the kind at index.
+    bool HasItem(ZentuCmdItemDefs::CmdItem item, std::size_t index) const;
+    // The items of the kind themselves (not a copy), seen as read-only items.
+    const ConstItemSequence& Items(ZentuCmdItemDefs::CmdItem item) const;
+
+    // The first item of the kind.
+    iterator begin(ZentuCmdItemDefs::CmdItem item);
+    // The position past the last item of the kind.
+    iterator end(ZentuCmdItemDefs::CmdItem item);
+    // The first item of the kind.
+    const_iterator begin(ZentuCmdItemDefs::CmdItem item) const;
+    // The position past the last item of the kind.
+    const_iterator end(ZentuCmdItemDefs::CmdItem item) const;
+    // The items of the kind as a range for a range-based for loop.
+    ZentuIteratorRange<iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item);
+    // The items of the kind as a range for a range-based for loop.
+    ZentuIteratorRange<const_iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item) const;
+
+    // The command's name: the keyword it was read under, or its kind's name.
+    const std::string& GetName() const { return name_; }
+    // Renames the command.
+    void SetName(const std::string& name);
+    // The command's kind.
+    ZentuCmdDefs::Cmd GetType() const { return type_; }
+    // Changes the kind field only; ZentuCmdContainer::MoveCmd also moves and renames.
+    void SetType(ZentuCmdDefs::Cmd type) { type_ = type; }
+
+private:
+    ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item);
+    const ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item) const;
+
+    std::array<ItemSequence, ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> items_;
+    ZentuCmdDefs::Cmd type_;
+    std::string name_;
+};

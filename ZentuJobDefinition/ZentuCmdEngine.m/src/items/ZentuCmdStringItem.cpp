@@ -1,0 +1,16 @@
+#include "ZentuCmdStringItem.h"
+
+#include "items/ZentuUpperCase.h"
+
+ZentuCmdStringItem::ZentuCmdStringItem(const std::string& name, const std::string& text)
+    : ZentuCmdRawStringItem(name, ZentuUpperCase::to_upper(text)) {}
+
+ZentuCmdStringItem::ZentuCmdStringItem(const ZentuCmdStringItem& other) = default;
+
+ZentuCmdStringItem& ZentuCmdStringItem::operator=(const ZentuCmdStringItem& other) = default;
+
+ZentuCmdStringItem::~ZentuCmdStringItem() = default;
+
+std::unique_ptr<ZentuCmdItem> ZentuCmdStringItem::Clone() const {
+    return std::make_unique<ZentuCmdStringItem>(*this);
+}

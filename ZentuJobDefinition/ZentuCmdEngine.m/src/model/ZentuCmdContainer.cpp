@@ -1,0 +1,208 @@
+#include "ZentuCmdContainer.h"
+
+#include <cassert>
+#include <unordered_map>
+#include <utility>
+
+#include "model/ZentuReadOnlyView.h"
+
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
+
+ZentuCmd ZentuCmdContainer::s_DefaultCmd(Cmd::CMD_PLACEHOLDER, "PLACEHOLDER");
+
+namespace {
+
+// The first command in container order under each identifier (the text of a command's first
+// ID_NAME item). Building it once makes resolving all references linear in the container size.
+using IdentifierIndex = std::unordered_map<std::string, const ZentuCmd*>;
+
+template <typename Sequences>
+IdentifierIndex index_by_identifier(const Sequences& sequences) {
+    IdentifierIndex index;
+    for (const auto& sequence : sequences) {
+        for (const auto& cmd : sequence) {
+            if (cmd->HasItem(CmdItem::ID_NAME, 0)) {
+                index.emplace(cmd->Item(CmdItem::ID_NAME, 0).GetString(), cmd.get());
+            }
+        }
+    }
+    return index;
+}
+
+// The text under which an item looks for the command it refers to: the first entry of a list
+// of several texts, otherwise the item's whole text.
+std::string reference_key(const ZentuCmdItem& item) {
+    if (item.HasList()) {
+        std::vector<std::string> list = item.GetList();
+        if (list.size() > 1) {
+            return std::move(list.front());
+        }
+    }
+    return item.GetString();
+}
+
+}  // namespace
+
+ZentuCmdContainer::ZentuCmdContainer() = default;
+
+ZentuCmdContainer::ZentuCmdContainer(ZentuCmdContainer&& other) noexcept
+    : commands_(std::move(other.commands_)) {}
+
+ZentuCmdContainer& ZentuCmdContainer::operator=(ZentuCmdContainer&& other) noexcept {
+    if (this != &other) {
+        commands_ = std::move(other.commands_);
+    }
+    return *this;
+}
+
+ZentuCmdContainer::~ZentuCmdContainer() = default;
+
+ZentuCmd& ZentuCmdContainer::CreateCommand(Cmd kind, const std::string& name) {
+    CmdSequence& sequence = Sequence(kind);
+    sequence.push_back(std::make_unique<ZentuCmd>(kind, name));
+    return *sequence.back();
+}
+
+ZentuCmd& ZentuCmdContainer::CreateCommand(Cmd kind) {
+    return CreateCommand(kind, ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(kind)]);
+}
+
+ZentuCmd& ZentuCmdContainer::CreateCommand(Cmd kind, const std::string& name,
+                                           const std::string& idName) {
+    auto cmd = std::make_unique<ZentuCmd>(kind, name);
+    cmd->AddStringItem(CmdItem::ID_NAME, idName);
+    CmdSequence& sequence = Sequence(kind);
+    sequence.push_back(std::move(cmd));
+    return *sequence.back();
+}
+
+ZentuCmd& ZentuCmdContainer::GetCommand(Cmd kind, std::size_t index) {
+    return GetCommandOrFallback(kind, index);
+}
+
+const ZentuCmd& ZentuCmdContainer::GetCommand(Cmd kind, std::size_t index) const {
+    return GetCommandOrFallback(kind, index);
+}
+
+ZentuCmdContainer::const_iterator ZentuCmdContainer::GetCommandBegin(Cmd kind) const {
+    return Sequence(kind).begin();
+}
+
+ZentuCmdContainer::const_iterator ZentuCmdContainer::GetCommandEnd(Cmd kind) const {
+    return Sequence(kind).end();
+}
+
+ZentuIteratorRange<ZentuCmdContainer::const_iterator> ZentuCmdContainer::GetCommandRange(
+    Cmd kind) const {
+    return {GetCommandBegin(kind), GetCommandEnd(kind)};
+}
+
+const ZentuCmdContainer::ConstCmdSequence& ZentuCmdContainer::GetCommands(Cmd kind) const {
+    return ZentuReadOnlyView::of(Sequence(kind));
+}
+
+std::size_t ZentuCmdContainer::GetNumberOfCommands(Cmd kind) const { return Sequence(kind).size(); }
+
+bool ZentuCmdContainer::HasCommand(Cmd kind) const { return !Sequence(kind).empty(); }
+
+bool ZentuCmdContainer::HasCommandWithReference(Cmd kind, CmdItem item) const {
+    return HasCommandWithType(kind, item, DataType::REFERENCE);
+}
+
+bool ZentuCmdContainer::HasCommandWithType(Cmd kind, CmdItem item, DataType type) const {
+    if (!HasCommand(kind)) {
+        return false;
+    }
+    const ZentuCmd& first = *Sequence(kind).front();
+    return first.HasItem(item, 0) && first.Item(item, 0).HasType(type);
+}
+
+std::vector<std::reference_wrapper<ZentuCmd>> ZentuCmdContainer::Filter(Cmd kind, CmdItem item,
+                                                                        const std::string& value) {
+    std::vector<std::reference_wrapper<ZentuCmd>> found;
+    for (const std::unique_ptr<ZentuCmd>& cmd : Sequence(kind)) {
+        if (cmd->HasItem(item, 0) && cmd->Item(item, 0).GetString() == value) {
+            found.emplace_back(*cmd);
+        }
+    }
+    return found;
+}
+
+std::vector<std::reference_wrapper<const ZentuCmd>> ZentuCmdContainer::Filter(
+    Cmd kind, CmdItem item, const std::string& value) const {
+    std::vector<std::reference_wrapper<ZentuCmd>> found =
+        const_cast<ZentuCmdContainer*>(this)->Filter(kind, item, value);
+    return {found.begin(), found.end()};
+}
+
+ZentuCmdContainer::const_iterator ZentuCmdContainer::Erase(Cmd kind, const_iterator position) {
+    return Sequence(kind).erase(position);
+}
+
+void ZentuCmdContainer::MoveCmd(Cmd from, std::size_t index, Cmd to) {
+    CmdSequence& source = Sequence(from);
+    if (index >= source.size()) {
+        return;
+    }
+    CmdSequence& target = Sequence(to);
+    // Growing the target first means that nothing can fail once the command has been taken out.
+    target.reserve(target.size() + 1);
+    std::unique_ptr<ZentuCmd> cmd = std::move(source[index]);
+    source.erase(source.begin() + static_cast<CmdSequence::difference_type>(index));
+    cmd->SetType(to);
+    cmd->SetName(ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(to)]);
+    target.push_back(std::move(cmd));
+}
+
+void ZentuCmdContainer::CreateReferences() {
+    const IdentifierIndex index = index_by_identifier(commands_);
+    if (index.empty()) {
+        return;
+    }
+    for (CmdSequence& sequence : commands_) {
+        for (std::unique_ptr<ZentuCmd>& cmd : sequence) {
+            for (std::size_t kind = 1; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+                for (std::unique_ptr<ZentuCmdItem>& item :
+                     cmd->GetItemRange(static_cast<CmdItem>(kind))) {
+                    const auto target = index.find(reference_key(*item));
+                    if (target != index.end()) {
+                        item->AddReference(*target->second);
+                    }
+                }
+            }
+        }
+    }
+}
+
+ZentuCmdContainerIterator ZentuCmdContainer::begin() const {
+    return ZentuCmdContainerIterator(*this);
+}
+
+ZentuCmdContainerIterator ZentuCmdContainer::end() const {
+    ZentuCmdContainerIterator last(*this);
+    last.end();
+    return last;
+}
+
+ZentuCmdContainer::CmdSequence& ZentuCmdContainer::Sequence(Cmd kind) {
+    assert(static_cast<std::size_t>(kind) < commands_.size());
+    return commands_[static_cast<std::size_t>(kind)];
+}
+
+const ZentuCmdContainer::CmdSequence& ZentuCmdContainer::Sequence(Cmd kind) const {
+    assert(static_cast<std::size_t>(kind) < commands_.size());
+    return commands_[static_cast<std::size_t>(kind)];
+}
+
+ZentuCmd& ZentuCmdContainer::GetCommandOrFallback(Cmd kind, std::size_t index) const {
+    const CmdSequence& sequence = Sequence(kind);
+    if (index < sequence.size()) {
+        return *sequence[index];
+    }
+    if (!sequence.empty()) {
+        return *sequence.front();
+    }
+    return s_DefaultCmd;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <set>
+
+// An ordered set of distinct values that texts write compactly as values and stepped ranges,
+// such as 1,4,10-20,30-50:5.
+template <typename T>
+struct BreltList {
+    // The values, ascending, each once.
+    std::set<T> elements;
+    // The step of a range written without one; the writer leaves out a step equal to it.
+    T default_step = 1;
+    // Whether the writer starts a new line after every nine pieces.
+    bool break_lines = true;
+    // Whether the reader empties the list before it reads.
+    bool clear_on_read = true;
+
+    // An empty list.
+    BreltList() = default;
+
+    // A list holding one value.
+    explicit BreltList(const T& value) : elements{value} {}
+
+    // Removes every value; the step and the flags stay.
+    void Clear() { elements.clear(); }
+
+    // Chooses whether the writer breaks long lists into lines.
+    void SetBreakLines(bool breakLines) { break_lines = breakLines; }
+
+    // Adds a value; a value already present is not added again.
+    void Insert(const T& value) { elements.insert(value); }
+
+    // The number of values.
+    std::size_t size() const { return elements.size(); }
+
+    // The first value in ascending order.
+    typename std::set<T>::const_iterator begin() const { return elements.begin(); }
+
+    // The end of the values.
+    typename std::set<T>::const_iterator end() const { return elements.end(); }
+
+    // Two lists are equal when they hold the same values with the same step and flags.
+    bool operator==(const BreltList& other) const {
+        return elements == other.elements && default_step == other.default_step &&
+               break_lines == other.break_lines && clear_on_read == other.clear_on_read;
+    }
+
+    // The negation of operator==.
+    bool operator!=(const BreltList& other) const { return !(*this == other); }
+};

@@ -1,0 +1,43 @@
+include_guard(GLOBAL)
+include(GNUInstallDirs)
+
+# Applies the project's warning set to a target; every target of the project uses it.
+function(zentu_target_warnings target)
+    if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
+        if(ZENTU_WARNINGS_AS_ERRORS)
+            target_compile_options(${target} PRIVATE -Werror)
+        endif()
+    elseif(MSVC)
+        target_compile_options(${target} PRIVATE /W4 $<$<BOOL:${ZENTU_WARNINGS_AS_ERRORS}>:/WX>)
+    endif()
+endfunction()
+
+# Turns on AddressSanitizer and UndefinedBehaviorSanitizer for everything built after the call;
+# any report aborts the process so that a test run cannot pass over it.
+macro(zentu_enable_sanitizers)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endmacro()
+
+# Declares one of the project's shared libraries: hidden symbols, an export macro switched to
+# "export" by BUILDING_DEFINE, its public headers as a file set rooted at INCLUDE_DIR, and a
+# ZentuCmdEngine:: alias so that consumers use the same name in the build tree and installed.
+function(zentu_add_shared_library name)
+    cmake_parse_arguments(ARG "" "BUILDING_DEFINE;INCLUDE_DIR" "SOURCES;HEADERS" ${ARGN})
+    add_library(${name} SHARED)
+    add_library(ZentuCmdEngine::${name} ALIAS ${name})
+    target_sources(${name}
+        PRIVATE ${ARG_SOURCES}
+        PUBLIC FILE_SET HEADERS BASE_DIRS ${ARG_INCLUDE_DIR} FILES ${ARG_HEADERS})
+    target_compile_features(${name} PUBLIC cxx_std_17)
+    target_compile_definitions(${name} PRIVATE ${ARG_BUILDING_DEFINE})
+    set_target_properties(${name} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        VERSION ${PROJECT_VERSION}
+        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    zentu_target_warnings(${name})
+endfunction()
