@@ -1,7 +1,11 @@
 #pragma once
 
 #include <cstddef>
+#include <iosfwd>
 #include <set>
+#include <string>
+
+#include "ZentuUtilitiesExport.h"
 
 // An ordered set of distinct values that texts write compactly as values and stepped ranges,
 // such as 1,4,10-20,30-50:5.
@@ -49,3 +53,27 @@ struct BreltList {
     // The negation of operator==.
     bool operator!=(const BreltList& other) const { return !(*this == other); }
 };
+
+// Reads a list such as 1,4,10-20,30-50:5 from the rest of the stream; throws KPL_Failure on a
+// syntax error or when the list would exceed the bound, leaving the values read so far.
+ZENTU_UTILITIES_API std::istream& operator>>(std::istream& in, BreltList<int>& list);
+
+// Writes the list compactly as values and stepped ranges, nine pieces to a line if it breaks lines.
+ZENTU_UTILITIES_API std::ostream& operator<<(std::ostream& out, const BreltList<int>& list);
+
+// Reads the whole text into the list as operator>> reads a stream holding it.
+ZENTU_UTILITIES_API void read_brelt_list(const std::string& text, BreltList<int>& list);
+
+// Reads as read_brelt_list does, with the same values and log lines, but answers false instead
+// of throwing; the list then holds the values read so far.
+ZENTU_UTILITIES_API bool try_read_brelt_list(const std::string& text, BreltList<int>& list);
+
+// Whether the text reads as a list without failure; neither throws nor builds a message.
+ZENTU_UTILITIES_API bool is_brelt_list(const std::string& text);
+
+// The text that operator<< writes for the list.
+ZENTU_UTILITIES_API std::string write_brelt_list(const BreltList<int>& list);
+
+// Sets how many values a list may reach while it is read (10,000,000 unless a host changes it)
+// and returns the previous bound; reading fails once a list would hold more.
+ZENTU_UTILITIES_API std::size_t SetBreltListMaxSize(std::size_t maxElements);

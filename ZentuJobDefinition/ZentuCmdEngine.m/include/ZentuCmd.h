@@ -12,10 +12,12 @@
 #include "ZentuCmdItemDefs.h"
 #include "ZentuIteratorRange.h"
 
+class ZentuCmdItemMetaData;
+
 // One command of a job definition: a kind, a name, and the items that it owns, grouped by item
 // kind in the order in which they were added.
 class ZENTU_CMD_ENGINE_API ZentuCmd {
-public:
+  public:
     // The items of one item kind.
     using ItemSequence = std::vector<std::unique_ptr<ZentuCmdItem>>;
     // The items of one item kind, seen as read-only items.
@@ -47,10 +49,30 @@ public:
     // Appends a prepared item and takes ownership of it; a null pointer adds nothing.
     void AddItem(ZentuCmdItemDefs::CmdItem item, std::unique_ptr<ZentuCmdItem> newItem);
 
+    // Appends an automatically typed item of the given name, typed by its text.
+    void AddAutoItem(ZentuCmdItemDefs::CmdItem item, const std::string& name,
+                     const std::string& value, const ZentuCmdItemDefs::KeywordMap& keywords);
+    // Appends an automatically typed item named after its item kind.
+    void AddAutoItem(ZentuCmdItemDefs::CmdItem item, const std::string& value,
+                     const ZentuCmdItemDefs::KeywordMap& keywords);
+
     // Puts newItem in the place of the item at index and deletes the old one; when there is no
     // item at index, newItem is deleted and the command stays as it was.
     void ReplaceItem(ZentuCmdItemDefs::CmdItem item, std::unique_ptr<ZentuCmdItem> newItem,
                      std::size_t index);
+    // Replaces the item at index of the description's item kind with one that the item factory
+    // builds from value; when the factory refuses the text, the old item stays.
+    void ReplaceItem(const ZentuCmdItemMetaData& metadata, const std::string& name,
+                     const std::string& value, const ZentuCmdItemDefs::KeywordMap& keywords,
+                     std::size_t index);
+    // Replaces the item at index with one built from value as the data type calls for.
+    void ReplaceItem(ZentuCmdItemDefs::CmdItem item, const std::string& name,
+                     const std::string& value, const ZentuCmdItemDefs::KeywordMap& keywords,
+                     std::size_t index, ZentuCmdItemDefs::DataType type);
+    // Replaces the item at index with one built from value, keeping the old item's name.
+    void ReplaceItem(ZentuCmdItemDefs::CmdItem item, const std::string& value,
+                     const ZentuCmdItemDefs::KeywordMap& keywords, std::size_t index,
+                     ZentuCmdItemDefs::DataType type);
 
     // Deletes the items from first up to but not including last; the rest keep their order.
     void Erase(ZentuCmdItemDefs::CmdItem item, const_iterator first, const_iterator last);
@@ -93,7 +115,7 @@ public:
     // Changes the kind field only; ZentuCmdContainer::MoveCmd also moves and renames.
     void SetType(ZentuCmdDefs::Cmd type) { type_ = type; }
 
-private:
+  private:
     ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item);
     const ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item) const;
 

@@ -17,7 +17,7 @@
 // All commands of one job definition, owned and grouped by command kind; within a kind they keep
 // the order in which they were created or moved in.
 class ZENTU_CMD_ENGINE_API ZentuCmdContainer {
-public:
+  public:
     // The commands of one kind.
     using CmdSequence = std::vector<std::unique_ptr<ZentuCmd>>;
     // The commands of one kind, seen as read-only commands.
@@ -98,7 +98,7 @@ public:
     // The end iterator.
     ZentuCmdContainerIterator end() const;
 
-private:
+  private:
     friend class ZentuCmdContainerIterator;
 
     CmdSequence& Sequence(ZentuCmdDefs::Cmd kind);

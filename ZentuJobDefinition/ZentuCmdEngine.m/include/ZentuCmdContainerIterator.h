@@ -15,7 +15,7 @@ class ZentuCmdContainer;
 // Walks every command of a container in container order: kinds in ascending value, and within a
 // kind the order of its sequence; empty kinds are passed over.
 class ZENTU_CMD_ENGINE_API ZentuCmdContainerIterator {
-public:
+  public:
     using iterator_category = std::forward_iterator_tag;
     using value_type = ZentuCmd;
     using difference_type = std::ptrdiff_t;
@@ -47,7 +47,7 @@ public:
     // Puts the iterator at the end of its container.
     void end();
 
-private:
+  private:
     using CmdSequence = std::vector<std::unique_ptr<ZentuCmd>>;
     using Sequences = std::array<CmdSequence, ZentuCmdDefs::CMD_KIND_COUNT>;
 

@@ -14,7 +14,7 @@ class ZentuCmd;
 // The abstract base of every item: a name, and one set of type queries and getters that every
 // item answers, with neutral answers for the readings that a class does not have.
 class ZENTU_CMD_ENGINE_API ZentuCmdItem {
-public:
+  public:
     virtual ~ZentuCmdItem();
 
     // The item's name as it was given at construction.
@@ -70,12 +70,12 @@ public:
     // A new, independent copy of the item, of its own class.
     virtual std::unique_ptr<ZentuCmdItem> Clone() const = 0;
 
-protected:
+  protected:
     // An item of the given name.
     explicit ZentuCmdItem(const std::string& name);
     ZentuCmdItem(const ZentuCmdItem& other);
     ZentuCmdItem& operator=(const ZentuCmdItem& other);
 
-private:
+  private:
     std::string name_;
 };

@@ -7,7 +7,7 @@
 
 // An item holding a text exactly as it was given.
 class ZENTU_CMD_ENGINE_API ZentuCmdRawStringItem : public ZentuCmdItem {
-public:
+  public:
     // An item holding text unchanged.
     ZentuCmdRawStringItem(const std::string& name, const std::string& text);
     ZentuCmdRawStringItem(const ZentuCmdRawStringItem& other);
@@ -21,6 +21,6 @@ public:
 
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
-private:
+  private:
     std::string text_;
 };

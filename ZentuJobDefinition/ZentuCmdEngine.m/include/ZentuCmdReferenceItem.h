@@ -8,7 +8,7 @@
 // An item that refers to another command of the same container without owning it; its text is
 // the identifier of the command that it refers to.
 class ZENTU_CMD_ENGINE_API ZentuCmdReferenceItem : public ZentuCmdItem {
-public:
+  public:
     // An item that refers to target, which must outlive it.
     ZentuCmdReferenceItem(const std::string& name, const ZentuCmd& target);
     ZentuCmdReferenceItem(const ZentuCmdReferenceItem& other);
@@ -30,6 +30,6 @@ public:
 
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
-private:
+  private:
     const ZentuCmd* reference_;
 };

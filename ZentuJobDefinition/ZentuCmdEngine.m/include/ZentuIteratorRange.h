@@ -3,7 +3,7 @@
 // A pair of iterators that a range-based for loop can walk.
 template <typename Iterator>
 class ZentuIteratorRange {
-public:
+  public:
     // The range from first up to but not including last.
     ZentuIteratorRange(Iterator first, Iterator last) : first_(first), last_(last) {}
 
@@ -16,7 +16,7 @@ public:
     // Whether the range holds no element.
     bool empty() const { return first_ == last_; }
 
-private:
+  private:
     Iterator first_;
     Iterator last_;
 };

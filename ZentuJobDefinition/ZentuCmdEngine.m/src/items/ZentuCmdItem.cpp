@@ -10,37 +10,69 @@ ZentuCmdItem& ZentuCmdItem::operator=(const ZentuCmdItem& other) = default;
 
 ZentuCmdItem::~ZentuCmdItem() = default;
 
-bool ZentuCmdItem::HasString() const { return false; }
+bool ZentuCmdItem::HasString() const {
+    return false;
+}
 
-const std::string ZentuCmdItem::GetString() const { return {}; }
+const std::string ZentuCmdItem::GetString() const {
+    return {};
+}
 
-bool ZentuCmdItem::HasInteger() const { return false; }
+bool ZentuCmdItem::HasInteger() const {
+    return false;
+}
 
-int ZentuCmdItem::GetInteger() const { return 0; }
+int ZentuCmdItem::GetInteger() const {
+    return 0;
+}
 
-bool ZentuCmdItem::HasReal() const { return false; }
+bool ZentuCmdItem::HasReal() const {
+    return false;
+}
 
-double ZentuCmdItem::GetReal() const { return 0.0; }
+double ZentuCmdItem::GetReal() const {
+    return 0.0;
+}
 
-bool ZentuCmdItem::HasVector3d() const { return false; }
+bool ZentuCmdItem::HasVector3d() const {
+    return false;
+}
 
-ZentuMatrix<3, 1, double> ZentuCmdItem::GetVector3d() const { return {}; }
+ZentuMatrix<3, 1, double> ZentuCmdItem::GetVector3d() const {
+    return {};
+}
 
-bool ZentuCmdItem::HasEnum() const { return false; }
+bool ZentuCmdItem::HasEnum() const {
+    return false;
+}
 
-ZentuCmdItemDefs::EnumValue ZentuCmdItem::GetEnum() const { return ZentuCmdItemDefs::NO_ENUM_VALUE; }
+ZentuCmdItemDefs::EnumValue ZentuCmdItem::GetEnum() const {
+    return ZentuCmdItemDefs::NO_ENUM_VALUE;
+}
 
-bool ZentuCmdItem::HasList() const { return false; }
+bool ZentuCmdItem::HasList() const {
+    return false;
+}
 
-std::vector<std::string> ZentuCmdItem::GetList() const { return {}; }
+std::vector<std::string> ZentuCmdItem::GetList() const {
+    return {};
+}
 
-bool ZentuCmdItem::HasBreltList() const { return false; }
+bool ZentuCmdItem::HasBreltList() const {
+    return false;
+}
 
-BreltList<int> ZentuCmdItem::GetBreltList() const { return BreltList<int>(0); }
+BreltList<int> ZentuCmdItem::GetBreltList() const {
+    return BreltList<int>(0);
+}
 
-bool ZentuCmdItem::HasReference() const { return false; }
+bool ZentuCmdItem::HasReference() const {
+    return false;
+}
 
-const ZentuCmd* ZentuCmdItem::GetReference() const { return nullptr; }
+const ZentuCmd* ZentuCmdItem::GetReference() const {
+    return nullptr;
+}
 
 bool ZentuCmdItem::HasType(DataType type) const {
     switch (type) {

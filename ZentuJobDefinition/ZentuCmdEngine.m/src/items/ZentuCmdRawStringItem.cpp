@@ -10,9 +10,13 @@ ZentuCmdRawStringItem& ZentuCmdRawStringItem::operator=(const ZentuCmdRawStringI
 
 ZentuCmdRawStringItem::~ZentuCmdRawStringItem() = default;
 
-bool ZentuCmdRawStringItem::HasString() const { return true; }
+bool ZentuCmdRawStringItem::HasString() const {
+    return true;
+}
 
-const std::string ZentuCmdRawStringItem::GetString() const { return text_; }
+const std::string ZentuCmdRawStringItem::GetString() const {
+    return text_;
+}
 
 std::unique_ptr<ZentuCmdItem> ZentuCmdRawStringItem::Clone() const {
     return std::make_unique<ZentuCmdRawStringItem>(*this);

@@ -12,7 +12,9 @@ ZentuCmdReferenceItem& ZentuCmdReferenceItem::operator=(const ZentuCmdReferenceI
 
 ZentuCmdReferenceItem::~ZentuCmdReferenceItem() = default;
 
-bool ZentuCmdReferenceItem::HasString() const { return true; }
+bool ZentuCmdReferenceItem::HasString() const {
+    return true;
+}
 
 const std::string ZentuCmdReferenceItem::GetString() const {
     if (reference_ == nullptr || !reference_->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
@@ -21,11 +23,17 @@ const std::string ZentuCmdReferenceItem::GetString() const {
     return reference_->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0).GetString();
 }
 
-bool ZentuCmdReferenceItem::HasReference() const { return reference_ != nullptr; }
+bool ZentuCmdReferenceItem::HasReference() const {
+    return reference_ != nullptr;
+}
 
-const ZentuCmd* ZentuCmdReferenceItem::GetReference() const { return reference_; }
+const ZentuCmd* ZentuCmdReferenceItem::GetReference() const {
+    return reference_;
+}
 
-void ZentuCmdReferenceItem::AddReference(const ZentuCmd& target) { reference_ = &target; }
+void ZentuCmdReferenceItem::AddReference(const ZentuCmd& target) {
+    reference_ = &target;
+}
 
 std::unique_ptr<ZentuCmdItem> ZentuCmdReferenceItem::Clone() const {
     return std::make_unique<ZentuCmdReferenceItem>(*this);

@@ -3,6 +3,9 @@
 #include <cassert>
 #include <utility>
 
+#include "ZentuCmdAutoItem.h"
+#include "ZentuCmdItemFactory.h"
+#include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdReferenceItem.h"
 #include "ZentuCmdStringItem.h"
 #include "model/ZentuReadOnlyView.h"
@@ -61,6 +64,16 @@ void ZentuCmd::AddItem(CmdItem item, std::unique_ptr<ZentuCmdItem> newItem) {
     }
 }
 
+void ZentuCmd::AddAutoItem(CmdItem item, const std::string& name, const std::string& value,
+                           const ZentuCmdItemDefs::KeywordMap& keywords) {
+    AddItem(item, std::make_unique<ZentuCmdAutoItem>(name, value, keywords));
+}
+
+void ZentuCmd::AddAutoItem(CmdItem item, const std::string& value,
+                           const ZentuCmdItemDefs::KeywordMap& keywords) {
+    AddAutoItem(item, item_kind_name(item), value, keywords);
+}
+
 void ZentuCmd::ReplaceItem(CmdItem item, std::unique_ptr<ZentuCmdItem> newItem, std::size_t index) {
     ItemSequence& sequence = Sequence(item);
     if (newItem && index < sequence.size()) {
@@ -68,13 +81,41 @@ void ZentuCmd::ReplaceItem(CmdItem item, std::unique_ptr<ZentuCmdItem> newItem, 
     }
 }
 
+void ZentuCmd::ReplaceItem(const ZentuCmdItemMetaData& metadata, const std::string& name,
+                           const std::string& value, const ZentuCmdItemDefs::KeywordMap& keywords,
+                           std::size_t index) {
+    if (HasItem(metadata.key, index)) {
+        ReplaceItem(metadata.key, ZentuCmdItemFactory::create(name, value, metadata, keywords),
+                    index);
+    }
+}
+
+void ZentuCmd::ReplaceItem(CmdItem item, const std::string& name, const std::string& value,
+                           const ZentuCmdItemDefs::KeywordMap& keywords, std::size_t index,
+                           ZentuCmdItemDefs::DataType type) {
+    ReplaceItem(ZentuCmdItemMetaData(item, type, "", "", 1), name, value, keywords, index);
+}
+
+void ZentuCmd::ReplaceItem(CmdItem item, const std::string& value,
+                           const ZentuCmdItemDefs::KeywordMap& keywords, std::size_t index,
+                           ZentuCmdItemDefs::DataType type) {
+    if (HasItem(item, index)) {
+        const std::string name = Item(item, index).GetName();
+        ReplaceItem(item, name, value, keywords, index, type);
+    }
+}
+
 void ZentuCmd::Erase(CmdItem item, const_iterator first, const_iterator last) {
     Sequence(item).erase(first, last);
 }
 
-void ZentuCmd::Erase(CmdItem item, const_iterator position) { Sequence(item).erase(position); }
+void ZentuCmd::Erase(CmdItem item, const_iterator position) {
+    Sequence(item).erase(position);
+}
 
-void ZentuCmd::EraseAll(CmdItem item) { Sequence(item).clear(); }
+void ZentuCmd::EraseAll(CmdItem item) {
+    Sequence(item).clear();
+}
 
 void ZentuCmd::CopyItemsFrom(const ZentuCmd& other) {
     if (this == &other) {
@@ -110,13 +151,21 @@ const ZentuCmd::ConstItemSequence& ZentuCmd::Items(CmdItem item) const {
     return ZentuReadOnlyView::of(Sequence(item));
 }
 
-ZentuCmd::iterator ZentuCmd::begin(CmdItem item) { return Sequence(item).begin(); }
+ZentuCmd::iterator ZentuCmd::begin(CmdItem item) {
+    return Sequence(item).begin();
+}
 
-ZentuCmd::iterator ZentuCmd::end(CmdItem item) { return Sequence(item).end(); }
+ZentuCmd::iterator ZentuCmd::end(CmdItem item) {
+    return Sequence(item).end();
+}
 
-ZentuCmd::const_iterator ZentuCmd::begin(CmdItem item) const { return Sequence(item).begin(); }
+ZentuCmd::const_iterator ZentuCmd::begin(CmdItem item) const {
+    return Sequence(item).begin();
+}
 
-ZentuCmd::const_iterator ZentuCmd::end(CmdItem item) const { return Sequence(item).end(); }
+ZentuCmd::const_iterator ZentuCmd::end(CmdItem item) const {
+    return Sequence(item).end();
+}
 
 ZentuIteratorRange<ZentuCmd::iterator> ZentuCmd::GetItemRange(CmdItem item) {
     return {begin(item), end(item)};
@@ -126,7 +175,9 @@ ZentuIteratorRange<ZentuCmd::const_iterator> ZentuCmd::GetItemRange(CmdItem item
     return {begin(item), end(item)};
 }
 
-void ZentuCmd::SetName(const std::string& name) { name_ = name; }
+void ZentuCmd::SetName(const std::string& name) {
+    name_ = name;
+}
 
 ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) {
     assert(static_cast<std::size_t>(item) < items_.size());

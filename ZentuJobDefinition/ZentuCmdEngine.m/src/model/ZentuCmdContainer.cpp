@@ -103,9 +103,13 @@ const ZentuCmdContainer::ConstCmdSequence& ZentuCmdContainer::GetCommands(Cmd ki
     return ZentuReadOnlyView::of(Sequence(kind));
 }
 
-std::size_t ZentuCmdContainer::GetNumberOfCommands(Cmd kind) const { return Sequence(kind).size(); }
+std::size_t ZentuCmdContainer::GetNumberOfCommands(Cmd kind) const {
+    return Sequence(kind).size();
+}
 
-bool ZentuCmdContainer::HasCommand(Cmd kind) const { return !Sequence(kind).empty(); }
+bool ZentuCmdContainer::HasCommand(Cmd kind) const {
+    return !Sequence(kind).empty();
+}
 
 bool ZentuCmdContainer::HasCommandWithReference(Cmd kind, CmdItem item) const {
     return HasCommandWithType(kind, item, DataType::REFERENCE);

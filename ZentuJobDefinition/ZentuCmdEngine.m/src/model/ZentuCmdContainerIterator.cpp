@@ -33,16 +33,22 @@ const ZentuCmd& ZentuCmdContainerIterator::operator*() const {
     return **entry_;
 }
 
-ZentuCmd* ZentuCmdContainerIterator::operator->() { return &**this; }
+ZentuCmd* ZentuCmdContainerIterator::operator->() {
+    return &**this;
+}
 
-const ZentuCmd* ZentuCmdContainerIterator::operator->() const { return &**this; }
+const ZentuCmd* ZentuCmdContainerIterator::operator->() const {
+    return &**this;
+}
 
 bool ZentuCmdContainerIterator::operator==(const ZentuCmdContainerIterator& other) const {
     return sequences_ == other.sequences_ && kind_ == other.kind_ &&
            (AtEnd() || entry_ == other.entry_);
 }
 
-void ZentuCmdContainerIterator::end() { kind_ = ZentuCmdDefs::CMD_KIND_COUNT; }
+void ZentuCmdContainerIterator::end() {
+    kind_ = ZentuCmdDefs::CMD_KIND_COUNT;
+}
 
 void ZentuCmdContainerIterator::IterateToNextItem() {
     while (!AtEnd() && entry_ == (*sequences_)[kind_].end()) {

@@ -2,23 +2,53 @@
 
 namespace ZentuCmdItemDefs {
 
-const std::array<std::string, CMD_ITEM_KIND_COUNT> CMD_ITEM_NAMES = {
-    "ID_NAME",     "TYPE",          "FILE",            "ADD_FILE",        "GROUP",
-    "ELEMENT_GROUP", "NODE_GROUP",  "FACE_GROUP",      "DRESP",           "TARGET",
-    "VALUE",       "MIN",           "MAX",             "LIST_BEGIN",      "DV",
-    "OBJ_FUNC",    "CONSTRAINT",    "DV_CONSTRAINT",   "STRATEGY",        "STOP",
-    "MESH_SMOOTH", "ITER_MAX",      "OPT_PARAM",       "DV_UPDATE_PARAM", "REFERENCE",
-    "COEFFICIENT", "SOLVER_RUN_MODE", "SENS_CALC_MODE", "UPDATE_TYPE",    "UPDATE_ID",
-    "FORMAT",      "DESCRIPTION",   "DIRECTION",       "LOADCASE",        "MAGNITUDE",
-    "LOWER",       "UPPER",         "CS",              "FILTER",          "PLACEHOLDER"};
+const std::array<std::string, CMD_ITEM_KIND_COUNT> CMD_ITEM_NAMES = {"ID_NAME",
+                                                                     "TYPE",
+                                                                     "FILE",
+                                                                     "ADD_FILE",
+                                                                     "GROUP",
+                                                                     "ELEMENT_GROUP",
+                                                                     "NODE_GROUP",
+                                                                     "FACE_GROUP",
+                                                                     "DRESP",
+                                                                     "TARGET",
+                                                                     "VALUE",
+                                                                     "MIN",
+                                                                     "MAX",
+                                                                     "LIST_BEGIN",
+                                                                     "DV",
+                                                                     "OBJ_FUNC",
+                                                                     "CONSTRAINT",
+                                                                     "DV_CONSTRAINT",
+                                                                     "STRATEGY",
+                                                                     "STOP",
+                                                                     "MESH_SMOOTH",
+                                                                     "ITER_MAX",
+                                                                     "OPT_PARAM",
+                                                                     "DV_UPDATE_PARAM",
+                                                                     "REFERENCE",
+                                                                     "COEFFICIENT",
+                                                                     "SOLVER_RUN_MODE",
+                                                                     "SENS_CALC_MODE",
+                                                                     "UPDATE_TYPE",
+                                                                     "UPDATE_ID",
+                                                                     "FORMAT",
+                                                                     "DESCRIPTION",
+                                                                     "DIRECTION",
+                                                                     "LOADCASE",
+                                                                     "MAGNITUDE",
+                                                                     "LOWER",
+                                                                     "UPPER",
+                                                                     "CS",
+                                                                     "FILTER",
+                                                                     "PLACEHOLDER"};
 
 const std::string MODIFY_NAME = "MODIFY";
 const std::string ALL_NAME = "ALL";
 
 const std::array<std::string, 12> VALUE_TYPE_NAMES = {
-    "vtmInteger",     "vtmDouble", "vtmEnum",        "vtmString",
-    "vtmIdName",      "vtmReference", "vtmIntegerList", "vtmDoubleList",
-    "vtmSelect",      "vtmComplexType", "vtmModelId", "vtmUnknown"};
+    "vtmInteger",     "vtmDouble",     "vtmEnum",   "vtmString",      "vtmIdName",  "vtmReference",
+    "vtmIntegerList", "vtmDoubleList", "vtmSelect", "vtmComplexType", "vtmModelId", "vtmUnknown"};
 
 KeywordMap create_enum_map() {
     KeywordMap keywords;

@@ -1,0 +1,326 @@
+#include "ZentuDrespExpressionParser.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+#include "ZentuCmdScalarItem.h"
+#include "ZentuStringUtil.h"
+#include "items/ZentuUpperCase.h"
+
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuMathExpressions::Token;
+using ZentuMathExpressions::TokenClass;
+using ZentuMathExpressions::TokenDescription;
+
+namespace ZentuDrespExpressionParser {
+
+namespace {
+
+constexpr TokenClass NUMBER = 1;
+constexpr TokenClass PRODUCT = 2;
+constexpr TokenClass JOINING = 3;
+constexpr TokenClass REFERENCE = 4;
+
+// The text of the marker tokens that stand on the stack for a group of pending terms.
+constexpr const char* MARKER_TEXT = "COMBINE";
+
+// Numbers below this magnitude are zeros, the operand that a leading sign brings.
+constexpr double ZERO_LIMIT = 1e-16;
+
+// The first DRESP, then the first OPERATOR command under each identifier, kept up to date as the
+// rule generates commands, so that looking a term up does not scan the container.
+class CommandIndex {
+  public:
+    explicit CommandIndex(const ZentuCmdContainer& container)
+        : responses_(index_kind(container, Cmd::DRESP)),
+          operators_(index_kind(container, Cmd::OPERATOR)) {}
+
+    // The first DRESP command with the identifier, else the first OPERATOR command, else null.
+    const ZentuCmd* Find(const std::string& identifier) const {
+        if (const auto found = responses_.find(identifier); found != responses_.end()) {
+            return found->second;
+        }
+        const auto found = operators_.find(identifier);
+        return found == operators_.end() ? nullptr : found->second;
+    }
+
+    // Records an OPERATOR command appended to the container.
+    void AddOperator(const std::string& identifier, const ZentuCmd& command) {
+        operators_.emplace(identifier, &command);
+    }
+
+  private:
+    using Index = std::unordered_map<std::string, const ZentuCmd*>;
+
+    static Index index_kind(const ZentuCmdContainer& container, Cmd kind) {
+        Index index;
+        for (const auto& command : container.GetCommands(kind)) {
+            if (command->HasItem(CmdItem::ID_NAME, 0)) {
+                index.emplace(command->Item(CmdItem::ID_NAME, 0).GetString(), command.get());
+            }
+        }
+        return index;
+    }
+
+    Index responses_;
+    Index operators_;
+};
+
+// Terms waiting to become items: entry k of both vectors is one term.
+struct PendingTerms {
+    std::vector<double> weights;
+    std::vector<std::string> names;
+
+    void Append(double weight, std::string name) {
+        weights.push_back(weight);
+        names.push_back(std::move(name));
+    }
+};
+
+// Everything one expression works on.
+struct Reduction {
+    const ZentuCmdItemDefs::KeywordMap& keywords;
+    ZentuCmdContainer& container;
+    CommandIndex& index;
+    std::vector<Token> stack;
+    PendingTerms terms;
+};
+
+ZentuMathExpressions::Matcher never_matches() {
+    return [](std::string::const_iterator begin, std::string::const_iterator) { return begin; };
+}
+
+Token make_marker(int counter) {
+    Token marker{MARKER_TEXT, 0.0, TokenDescription(PRODUCT, never_matches())};
+    marker.description.SetCounter(counter);
+    return marker;
+}
+
+TokenClass class_of(const Token& token) {
+    return token.description.GetClass();
+}
+
+bool is_marker(const Token& token) {
+    return class_of(token) == PRODUCT && token.text == MARKER_TEXT;
+}
+
+bool is_zero(const Token& token) {
+    return class_of(token) == NUMBER && std::fabs(token.value) < ZERO_LIMIT;
+}
+
+void add_to_counter(Token& token, int amount) {
+    token.description.SetCounter(token.description.GetCounter() + amount);
+}
+
+// The coefficient with which a term enters a join: the operator applied to (x, 0).
+double evaluate_weight(double x, const Token& joining) {
+    const TokenDescription number = ZentuMathExpressions::build_single_token(0, NUMBER);
+    std::vector<Token> operands{{ZentuStringUtil::String(x), x, number}, {"0", 0.0, number}};
+    if (joining.description.GetEvaluation()) {
+        joining.description.GetEvaluation()(operands);
+    }
+    return operands.empty() ? 0.0 : operands.back().value;
+}
+
+std::string build_combine_name(const PendingTerms& terms) {
+    std::string name = "_DrespExpr_";
+    for (std::size_t k = 0; k < terms.weights.size(); ++k) {
+        name += "+" + ZentuStringUtil::String(terms.weights[k]) + "*" + terms.names[k];
+    }
+    return name + "_";
+}
+
+std::string strip_reference_delimiters(const std::string& text) {
+    if (text.empty() || text.front() != '%' || text.back() != '%') {
+        return text;
+    }
+    return text.size() < 2 ? std::string() : text.substr(1, text.size() - 2);
+}
+
+void add_combine_items(const PendingTerms& terms, const ZentuCmdItemDefs::KeywordMap& keywords,
+                       const CommandIndex& index, ZentuCmd& command) {
+    command.AddAutoItem(CmdItem::TYPE, "TYPE", MARKER_TEXT, keywords);
+    for (std::size_t k = 0; k < terms.weights.size(); ++k) {
+        const std::string identifier =
+            ZentuUpperCase::to_upper(strip_reference_delimiters(terms.names[k]));
+        if (const ZentuCmd* target = index.Find(identifier)) {
+            command.AddItem(CmdItem::DV, "VARIABLE", *target);
+            command.AddItem(CmdItem::OBJ_FUNC,
+                            std::make_unique<ZentuCmdScalarItem>("WEIGHT", terms.weights[k]));
+        }
+    }
+}
+
+// Moves the group of the marker into a command of its own (found by its generated name, or
+// created) and turns the marker into a reference to that command.
+void close_group(Token& marker, Reduction& reduction) {
+    PendingTerms& terms = reduction.terms;
+    const std::size_t count = std::min(
+        terms.weights.size(), static_cast<std::size_t>(marker.description.GetCounter()) + 1);
+    const auto first = static_cast<std::ptrdiff_t>(terms.weights.size() - count);
+    PendingTerms group;
+    group.weights.assign(terms.weights.begin() + first, terms.weights.end());
+    group.names.assign(terms.names.begin() + first, terms.names.end());
+    terms.weights.erase(terms.weights.begin() + first, terms.weights.end());
+    terms.names.erase(terms.names.begin() + first, terms.names.end());
+
+    const std::string name = build_combine_name(group);
+    const std::string identifier = ZentuUpperCase::to_upper(name);
+    if (reduction.index.Find(identifier) == nullptr) {
+        ZentuCmd& generated = reduction.container.CreateCommand(Cmd::OPERATOR, "OPERATOR", name);
+        reduction.index.AddOperator(identifier, generated);
+        add_combine_items(group, reduction.keywords, reduction.index, generated);
+    }
+    marker = Token{name, 0.0, TokenDescription(REFERENCE, never_matches())};
+}
+
+void push_product(double factor, std::string reference, Reduction& reduction) {
+    reduction.terms.Append(factor, std::move(reference));
+    reduction.stack.pop_back();
+    reduction.stack.pop_back();
+    reduction.stack.push_back(make_marker(0));
+}
+
+void reduce_product(Reduction& reduction) {
+    std::vector<Token>& stack = reduction.stack;
+    if (stack.size() < 2) {
+        return;
+    }
+    Token& top = stack.back();
+    Token& second = stack[stack.size() - 2];
+    if (is_marker(top) && class_of(second) == NUMBER) {
+        close_group(top, reduction);
+    } else if (is_marker(second) && class_of(top) == NUMBER) {
+        close_group(second, reduction);
+    }
+    if (class_of(top) == REFERENCE && class_of(second) == NUMBER) {
+        push_product(second.value, top.text, reduction);
+    } else if (class_of(top) == NUMBER && class_of(second) == REFERENCE) {
+        push_product(top.value, second.text, reduction);
+    }
+}
+
+void apply_to_last_weight(PendingTerms& terms, const Token& joining) {
+    if (!terms.weights.empty()) {
+        terms.weights.back() = evaluate_weight(terms.weights.back(), joining);
+    }
+}
+
+void reduce_sum(const Token& joining, Reduction& reduction) {
+    std::vector<Token>& stack = reduction.stack;
+    PendingTerms& terms = reduction.terms;
+    if (stack.size() < 2) {
+        return;
+    }
+    Token& top = stack.back();
+    Token& second = stack[stack.size() - 2];
+    if (is_marker(second) && is_marker(top)) {  // two groups become one
+        apply_to_last_weight(terms, joining);
+        const int joined = top.description.GetCounter() + 1;
+        stack.pop_back();
+        add_to_counter(stack.back(), joined);
+    } else if (is_zero(second) && is_marker(top)) {  // a sign applied to a group's last term
+        apply_to_last_weight(terms, joining);
+        stack.erase(stack.end() - 2);
+    } else if (class_of(second) == REFERENCE && is_marker(top)) {
+        terms.weights.insert(terms.weights.end() - (terms.weights.empty() ? 0 : 1), 1.0);
+        terms.names.insert(terms.names.end() - (terms.names.empty() ? 0 : 1), second.text);
+        apply_to_last_weight(terms, joining);
+        stack.erase(stack.end() - 2);
+        add_to_counter(stack.back(), 1);
+    } else if (is_marker(second) && class_of(top) == REFERENCE) {
+        terms.Append(evaluate_weight(1.0, joining), top.text);
+        stack.pop_back();
+        add_to_counter(stack.back(), 1);
+    } else if (is_zero(second) && class_of(top) == REFERENCE) {
+        terms.Append(evaluate_weight(1.0, joining), top.text);
+        stack.pop_back();
+        stack.back() = make_marker(0);
+    } else if (class_of(second) == REFERENCE && class_of(top) == REFERENCE) {
+        terms.Append(1.0, second.text);
+        terms.Append(evaluate_weight(1.0, joining), top.text);
+        stack.pop_back();
+        stack.back() = make_marker(1);
+    }
+}
+
+void reduce_expression(const std::vector<Token>& tokens, Reduction& reduction, ZentuCmd& command) {
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+        const Token& token = tokens[i];
+        if (class_of(token) == PRODUCT && token.text == "*") {
+            // A product needs two factors before it; a leading one has none and is dropped.
+            if (i >= 2) {
+                reduce_product(reduction);
+            }
+        } else if (class_of(token) == JOINING) {
+            reduce_sum(token, reduction);
+        } else {
+            reduction.stack.push_back(token);
+        }
+    }
+    if (!reduction.terms.weights.empty() && !reduction.stack.empty() &&
+        is_marker(reduction.stack.back())) {
+        add_combine_items(reduction.terms, reduction.keywords, reduction.index, command);
+    }
+}
+
+std::string reference_text(const ZentuCmd& command) {
+    const std::string identifier = command.HasItem(CmdItem::ID_NAME, 0)
+                                       ? command.Item(CmdItem::ID_NAME, 0).GetString()
+                                       : std::string();
+    return "%" + identifier + "%";
+}
+
+std::vector<TokenDescription> token_setup(const ZentuCmdContainer& container) {
+    std::vector<std::string> references;
+    for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
+        for (const auto& command : container.GetCommands(kind)) {
+            references.push_back(reference_text(*command));
+        }
+    }
+    auto matcher = std::make_shared<const ZentuMathExpressions::StringMatcher>(references);
+    std::vector<TokenDescription> setup;
+    setup.emplace_back(
+        REFERENCE, [matcher](std::string::const_iterator begin, std::string::const_iterator end) {
+            return matcher->Match(begin, end);
+        });
+    ZentuMathExpressions::create_default_token_setup(setup);
+    return setup;
+}
+
+}  // namespace
+
+void dresp_expression_rule(ZentuCmdContainer& container,
+                           const ZentuCmdItemDefs::KeywordMap& keywords) {
+    const std::vector<TokenDescription> setup = token_setup(container);
+    CommandIndex index(container);
+    // Generated commands are appended behind the ones that hold expressions and are not visited.
+    const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
+    for (std::size_t i = 0; i < operatorCount; ++i) {
+        ZentuCmd& command = container.GetCommand(Cmd::OPERATOR, i);
+        if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
+            !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
+            continue;
+        }
+        const std::vector<Token> tokens = ZentuMathExpressions::create_expression(
+            command.Item(CmdItem::ADD_FILE, 0).GetString(), setup);
+        Reduction reduction{keywords, container, index, {}, {}};
+        reduce_expression(tokens, reduction, command);
+        command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
+    }
+}
+
+void find_combine_expressions(const std::vector<Token>& tokens,
+                              const ZentuCmdItemDefs::KeywordMap& keywords,
+                              ZentuCmdContainer& container, ZentuCmd& command) {
+    CommandIndex index(container);
+    Reduction reduction{keywords, container, index, {}, {}};
+    reduce_expression(tokens, reduction, command);
+}
+
+}  // namespace ZentuDrespExpressionParser

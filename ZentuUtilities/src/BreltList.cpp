@@ -1,0 +1,631 @@
+#include "BreltList.h"
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cstdint>
+#include <istream>
+#include <limits>
+#include <ostream>
+#include <string>
+
+#include "KPL_Failure.h"
+#include "KPL_LogMacros.h"
+#include "ZentuStringUtil.h"
+#include "ZentuUtilitiesMessages.h"
+
+namespace {
+
+namespace Messages = ZentuUtilitiesMessages;
+using KPL_LogMacros::LogMsgType;
+
+// The bound on the length of a list being read, until a host sets another.
+constexpr std::size_t DEFAULT_MAX_SIZE = 10'000'000;
+
+// The bound on the length of a list being read; hosts may set it from any thread.
+std::atomic<std::size_t> maxSizeSetting{DEFAULT_MAX_SIZE};
+
+// How many pieces (a value counts one, a range two) the writer puts on a line before breaking it.
+constexpr int PIECES_PER_LINE = 9;
+
+// The largest magnitudes of an int, positive and negative, as the number reader compares them.
+constexpr std::uint64_t INT_MAX_MAGNITUDE = 2147483647U;
+constexpr std::uint64_t INT_MIN_MAGNITUDE = 2147483648U;
+
+// Logs a line of this file that takes no argument.
+void Trace(int line, const char* message) {
+    KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, line, Messages::BRELT_LIST_TAG, "%s",
+                           message);
+}
+
+// Logs a line whose arguments are numbers; their texts are built only when the line is wanted,
+// so that trace lines cost nothing at the default verbosity.
+template <typename... Numbers>
+void LogNumbers(LogMsgType type, int line, const char* format, Numbers... numbers) {
+    if (KPL_LogMacros::IsLogEnabled(type)) {
+        KPL_LogMacros::log_msg(type, __FILE__, line, Messages::BRELT_LIST_TAG, format,
+                               ZentuStringUtil::String(numbers).c_str()...);
+    }
+}
+
+// Logs what writing a list of the given size logs.
+void LogWritten(std::size_t size) {
+    if (size == 0) {
+        Trace(__LINE__, Messages::BRELT_LIST_WRITTEN_EMPTY);
+    } else if (size == 1) {
+        Trace(__LINE__, Messages::BRELT_LIST_WRITTEN_SINGLE);
+    } else {
+        KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
+                               Messages::BRELT_LIST_TAG, Messages::BRELT_LIST_WRITTEN, size);
+    }
+}
+
+// Whether the classic locale counts the character as white space; unlike std::isspace it takes
+// bytes above 127 safely.
+constexpr bool IsWhiteSpace(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+// Whether the character is a decimal digit.
+constexpr bool IsDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+// Reads from a stream with its own operations, so that its state ends as the reading leaves it.
+class StreamSource {
+  public:
+    explicit StreamSource(std::istream& in) : in_(in) {}
+
+    // Whether neither the end nor a failure has been met.
+    bool Good() const { return in_.good(); }
+
+    // Whether the end has been met.
+    bool AtEnd() const { return in_.eof(); }
+
+    // Skips white space as std::ws does.
+    void SkipWhiteSpace() { in_ >> std::ws; }
+
+    // Extracts an int after white space; false when the extraction fails.
+    bool ReadNumber(int& number) {
+        in_ >> std::ws >> number;
+        return !in_.fail();
+    }
+
+    // Extracts one character after white space; false when there is none.
+    bool ReadCharacter(char& character) {
+        in_ >> character;
+        return !in_.fail();
+    }
+
+  private:
+    std::istream& in_;
+};
+
+// Reads the characters of a text exactly as a classic-locale input string stream holding it would,
+// its end and failure flags included, without the cost of a stream.
+class TextSource {
+  public:
+    explicit TextSource(const std::string& text)
+        : next_(text.data()), end_(text.data() + text.size()) {}
+
+    // Whether neither the end nor a failure has been met.
+    bool Good() const { return !atEnd_ && !failed_; }
+
+    // Whether the end has been met.
+    bool AtEnd() const { return atEnd_; }
+
+    // Skips white space; meeting the end marks it, as std::ws does.
+    void SkipWhiteSpace() {
+        while (next_ != end_ && IsWhiteSpace(*next_)) {
+            ++next_;
+        }
+        atEnd_ = atEnd_ || next_ == end_;
+    }
+
+    // Extracts an int as the classic num_get does: one optional sign, decimal digits, failure
+    // without digits or outside the int range, and the end marked when the digits run into it.
+    bool ReadNumber(int& number) {
+        SkipWhiteSpace();
+        if (atEnd_) {
+            return Fail();
+        }
+        const bool negative = *next_ == '-';
+        if (negative || *next_ == '+') {
+            ++next_;
+        }
+        const char* const digits = next_;
+        std::uint64_t magnitude = 0;
+        for (; next_ != end_ && IsDigit(*next_); ++next_) {
+            // Past the int range the value no longer matters, only that it is too large.
+            if (magnitude <= INT_MIN_MAGNITUDE) {
+                magnitude = magnitude * 10 + static_cast<std::uint64_t>(*next_ - '0');
+            }
+        }
+        atEnd_ = next_ == end_;
+        if (next_ == digits || magnitude > (negative ? INT_MIN_MAGNITUDE : INT_MAX_MAGNITUDE)) {
+            return Fail();
+        }
+        const auto value = static_cast<std::int64_t>(magnitude);
+        number = static_cast<int>(negative ? -value : value);
+        return true;
+    }
+
+    // Extracts one character after white space; false when there is none.
+    bool ReadCharacter(char& character) {
+        SkipWhiteSpace();
+        if (atEnd_) {
+            return Fail();
+        }
+        character = *next_++;
+        return true;
+    }
+
+  private:
+    // Marks a failed extraction.
+    bool Fail() {
+        failed_ = true;
+        return false;
+    }
+
+    const char* next_;
+    const char* const end_;
+    bool atEnd_ = false;
+    bool failed_ = false;
+};
+
+// Why a reading stopped short.
+enum class ReadError {
+    NONE,
+    NUMBER_UNREADABLE,
+    SEPARATOR_UNREADABLE,
+    SEPARATOR_UNEXPECTED,
+    TOO_LONG,
+};
+
+// How a reading ended, with what the message of its failure needs; building that message is left
+// to the callers that throw, so that a trial reading costs no formatting.
+struct ReadOutcome {
+    ReadError error = ReadError::NONE;
+    char separator = '\0';
+    std::size_t maxSize = 0;
+};
+
+// Reads one list from a source of characters: numbers, each followed by a separator that adds it
+// as a value, opens a range or gives the range its end.
+template <typename Source>
+class Reader {
+  public:
+    Reader(Source& source, BreltList<int>& list)
+        : source_(source), list_(list), maxSize_(maxSizeSetting.load(std::memory_order_relaxed)) {}
+
+    // Reads the list up to the end of the source or the first error.
+    ReadOutcome Read() {
+        Trace(__LINE__, Messages::BRELT_LIST_READ_STARTED);
+        if (list_.clear_on_read) {
+            list_.Clear();
+        }
+        source_.SkipWhiteSpace();
+        if (source_.AtEnd()) {
+            Trace(__LINE__, Messages::BRELT_LIST_READ_EMPTY);
+        }
+        while (source_.Good()) {
+            int number = 0;
+            if (!source_.ReadNumber(number)) {
+                // A number cut off by the end, as after a final ',', ends the list.
+                if (source_.AtEnd()) {
+                    break;
+                }
+                return Fail(ReadError::NUMBER_UNREADABLE);
+            }
+            LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_PARSED_ELEMENT,
+                       number);
+            char separator = ',';
+            if (!ReadSeparator(separator)) {
+                return Fail(ReadError::SEPARATOR_UNREADABLE);
+            }
+            KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
+                                   Messages::BRELT_LIST_TAG, Messages::BRELT_LIST_PARSED_SEPARATOR,
+                                   separator);
+            const ReadError error = ApplySeparator(separator, number);
+            if (error != ReadError::NONE) {
+                return Fail(error, separator);
+            }
+        }
+        Trace(__LINE__, Messages::BRELT_LIST_READ_SUCCEEDED);
+        return ReadOutcome{};
+    }
+
+  private:
+    // Reads the separator after a number; the end of the source stands for ','.
+    bool ReadSeparator(char& separator) {
+        if (!source_.AtEnd()) {
+            source_.SkipWhiteSpace();
+        }
+        if (source_.AtEnd()) {
+            separator = ',';
+            return true;
+        }
+        return source_.ReadCharacter(separator);
+    }
+
+    // Does what the separator after the number calls for.
+    ReadError ApplySeparator(char separator, int number) {
+        switch (separator) {
+            case '-':
+                return OpenRange(number);
+            case ':':
+                return SetRangeEnd(number);
+            case ',':
+                return EndEntry(number);
+            default:
+                return ReadError::SEPARATOR_UNEXPECTED;
+        }
+    }
+
+    // Starts a range at the number.
+    ReadError OpenRange(int start) {
+        if (rangeOpen_) {
+            return ReadError::SEPARATOR_UNEXPECTED;
+        }
+        rangeOpen_ = true;
+        start_ = start;
+        return ReadError::NONE;
+    }
+
+    // Gives the open range its end; the number after it is the step.
+    ReadError SetRangeEnd(int end) {
+        if (!rangeOpen_ || stepped_) {
+            return ReadError::SEPARATOR_UNEXPECTED;
+        }
+        stepped_ = true;
+        end_ = end;
+        return ReadError::NONE;
+    }
+
+    // Adds the number as a value, or closes the open range with it as its end or its step.
+    ReadError EndEntry(int number) {
+        if (!rangeOpen_) {
+            LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_SINGLE,
+                       number);
+            return Insert(number);
+        }
+        const bool stepped = stepped_;
+        rangeOpen_ = false;
+        stepped_ = false;
+        return stepped ? AddRange(start_, end_, number)
+                       : AddRange(start_, number, list_.default_step);
+    }
+
+    // Adds start, start + step, ... while they lie between start and end, and end itself when the
+    // steps reach it exactly. The sum wraps as 32-bit arithmetic does, which ends the range.
+    ReadError AddRange(int start, int end, int step) {
+        LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_RANGE, start,
+                   end, step);
+        if (!HasRoomForRange(start, end, step)) {
+            return ReadError::TOO_LONG;
+        }
+        const bool ascending = start < end;
+        auto hint = list_.elements.end();
+        int current = start;
+        while (true) {
+            if (const ReadError error = InsertNear(current, hint); error != ReadError::NONE) {
+                return error;
+            }
+            const int next = WrappingSum(current, step);
+            if (next == current) {
+                LogNumbers(KPL_LogMacros::LOG_WARNING, __LINE__, Messages::BRELT_LIST_INVALID_STEP,
+                           step);
+                break;
+            }
+            current = next;
+            // Back at the start, a wrapping range would repeat its values for ever.
+            if (current == start || (start < next) != ascending || (next < end) != ascending) {
+                break;
+            }
+        }
+        return end == current ? Insert(end) : ReadError::NONE;
+    }
+
+    // Whether the values that a range running with its step would add still fit under the bound.
+    // Deciding before inserting keeps a range such as 1-2000000000 from building a huge list just
+    // to refuse it; other ranges add at most two values and are checked value by value.
+    bool HasRoomForRange(int start, int end, int step) const {
+        const bool ascending = start < end;
+        if (step == 0 || (step > 0) != ascending) {
+            return true;
+        }
+        const std::int64_t low = ascending ? start : end;
+        const std::int64_t high = ascending ? end : start;
+        const std::int64_t stride = step > 0 ? std::int64_t{step} : -std::int64_t{step};
+        const auto values = static_cast<std::uint64_t>((high - low) / stride + 1);
+        const std::size_t room = maxSize_ - std::min(maxSize_, list_.size());
+        if (values <= room) {
+            return true;
+        }
+        std::uint64_t present = 0;
+        for (auto it = list_.elements.lower_bound(static_cast<int>(low));
+             it != list_.elements.end() && *it <= high; ++it) {
+            present += (std::int64_t{*it} - start) % stride == 0 ? 1 : 0;
+        }
+        return values - present <= room;
+    }
+
+    // The sum in 32-bit arithmetic that wraps, without the undefined behaviour of int overflow.
+    static int WrappingSum(int value, int step) {
+        constexpr std::int64_t WRAP = std::int64_t{1} << 32;
+        const std::int64_t sum = std::int64_t{value} + step;
+        if (sum > std::numeric_limits<int>::max()) {
+            return static_cast<int>(sum - WRAP);
+        }
+        return static_cast<int>(sum < std::numeric_limits<int>::min() ? sum + WRAP : sum);
+    }
+
+    // Adds a value unless the list would exceed the bound.
+    ReadError Insert(int value) {
+        auto hint = list_.elements.end();
+        return InsertNear(value, hint);
+    }
+
+    // Adds a value beside the hint, where the set looks first, and leaves the hint at the value;
+    // so a range costs linear time.
+    ReadError InsertNear(int value, std::set<int>::iterator& hint) {
+        if (list_.size() >= maxSize_ && list_.elements.count(value) == 0) {
+            return ReadError::TOO_LONG;
+        }
+        hint = list_.elements.insert(hint, value);
+        return ReadError::NONE;
+    }
+
+    // Ends the reading with an error. Its message shows the values as the writer writes them, so
+    // the reading logs what writing them logs, whether or not the message is built.
+    ReadOutcome Fail(ReadError error, char separator = '\0') {
+        LogWritten(list_.size());
+        return ReadOutcome{error, separator, maxSize_};
+    }
+
+    Source& source_;
+    BreltList<int>& list_;
+    const std::size_t maxSize_;
+    bool rangeOpen_ = false;
+    bool stepped_ = false;
+    int start_ = 0;
+    int end_ = 0;
+};
+
+// Reads a list from any source of characters.
+template <typename Source>
+ReadOutcome ReadList(Source& source, BreltList<int>& list) {
+    return Reader<Source>(source, list).Read();
+}
+
+// Writes into a stream with its own int output, flushing at each line break.
+class StreamSink {
+  public:
+    explicit StreamSink(std::ostream& out) : out_(out) {}
+
+    // Whether the sink wants no more text; a stream takes all of it.
+    static bool Full() { return false; }
+
+    // Writes a number.
+    void Number(int number) { out_ << number; }
+
+    // Writes a separator.
+    void Character(char character) { out_ << character; }
+
+    // Ends the line and flushes it.
+    void LineBreak() { out_ << std::endl; }
+
+  private:
+    std::ostream& out_;
+};
+
+// Appends to a text until it reaches a length; what lies beyond would be cut anyway.
+class TextSink {
+  public:
+    TextSink(std::string& text, std::size_t limit) : text_(text), limit_(limit) {}
+
+    // Whether the text has reached its length.
+    bool Full() const { return text_.size() >= limit_; }
+
+    // Appends a number as the classic locale writes it.
+    void Number(int number) {
+        char digits[16];
+        const auto result = std::to_chars(digits, digits + sizeof digits, number);
+        text_.append(digits, result.ptr);
+    }
+
+    // Appends a separator.
+    void Character(char character) { text_ += character; }
+
+    // Appends a line feed.
+    void LineBreak() { text_ += '\n'; }
+
+  private:
+    std::string& text_;
+    const std::size_t limit_;
+};
+
+// Gathers ascending values into runs of a common difference and writes each finished run as a
+// value, a pair or a range, counting the pieces on the line.
+template <typename Sink>
+class RunWriter {
+  public:
+    RunWriter(Sink& sink, int defaultStep, bool breakLines)
+        : sink_(sink), defaultStep_(defaultStep), breakLines_(breakLines) {}
+
+    // Takes the next value, writing the run that it cannot join.
+    void Add(int value) {
+        if (length_ == 0) {
+            StartRun(value);
+        } else if (length_ == 1) {
+            difference_ = Difference(value, first_);
+            last_ = value;
+            length_ = 2;
+        } else if (Difference(value, last_) == difference_) {
+            last_ = value;
+            ++length_;
+        } else if (length_ == 2) {
+            // The pair's first value stands alone; its second may begin a run with the new one.
+            sink_.Number(first_);
+            sink_.Character(',');
+            pieces_ += 1;
+            first_ = last_;
+            last_ = value;
+            difference_ = Difference(value, first_);
+        } else {
+            WriteRange();
+            sink_.Character(',');
+            pieces_ += 2;
+            StartRun(value);
+        }
+        if (breakLines_ && pieces_ >= PIECES_PER_LINE) {
+            sink_.LineBreak();
+            pieces_ = 0;
+        }
+    }
+
+    // Writes the last run, without a separator after it.
+    void Finish() {
+        if (length_ == 1) {
+            sink_.Number(first_);
+        } else if (length_ == 2) {
+            sink_.Number(first_);
+            sink_.Character(',');
+            sink_.Number(last_);
+        } else {
+            WriteRange();
+        }
+    }
+
+  private:
+    // The difference of two values; the pair INT_MIN, INT_MAX would overflow an int.
+    static std::int64_t Difference(int value, int previous) {
+        return std::int64_t{value} - std::int64_t{previous};
+    }
+
+    // Opens a run of one value.
+    void StartRun(int value) {
+        first_ = value;
+        last_ = value;
+        length_ = 1;
+    }
+
+    // Writes a run of three or more values, with its step unless it is the default one. Three
+    // distinct ints with a common difference keep that difference within the int range.
+    void WriteRange() {
+        sink_.Number(first_);
+        sink_.Character('-');
+        sink_.Number(last_);
+        if (difference_ != defaultStep_) {
+            sink_.Character(':');
+            sink_.Number(static_cast<int>(difference_));
+        }
+    }
+
+    Sink& sink_;
+    const int defaultStep_;
+    const bool breakLines_;
+    int first_ = 0;
+    int last_ = 0;
+    std::size_t length_ = 0;
+    std::int64_t difference_ = 0;
+    int pieces_ = 0;
+};
+
+// Writes the values of the list, stopping early when the sink is full.
+template <typename Sink>
+void WriteValues(const BreltList<int>& list, bool breakLines, Sink& sink) {
+    if (list.size() == 0) {
+        return;
+    }
+    if (list.size() == 1) {
+        sink.Number(*list.begin());
+        return;
+    }
+    RunWriter<Sink> writer(sink, list.default_step, breakLines);
+    for (const int value : list) {
+        if (sink.Full()) {
+            return;
+        }
+        writer.Add(value);
+    }
+    writer.Finish();
+}
+
+// The values read before a failure as its message shows them: on one line, and no longer than
+// the message keeps, so that a failure after millions of values writes only what it shows.
+std::string ValuesForMessage(const BreltList<int>& list) {
+    std::string text;
+    TextSink sink(text, KPL_Failure::MAX_MESSAGE_LENGTH);
+    WriteValues(list, false, sink);
+    return text;
+}
+
+// The reason that the message of a failed reading begins with.
+std::string Reason(const ReadOutcome& outcome) {
+    switch (outcome.error) {
+        case ReadError::NUMBER_UNREADABLE:
+            return Messages::BRELT_LIST_NUMBER_UNREADABLE;
+        case ReadError::SEPARATOR_UNREADABLE:
+            return Messages::BRELT_LIST_SEPARATOR_UNREADABLE;
+        case ReadError::SEPARATOR_UNEXPECTED:
+            return KPL_Failure::Format(Messages::BRELT_LIST_SEPARATOR_UNEXPECTED,
+                                       outcome.separator);
+        case ReadError::TOO_LONG:
+            return KPL_Failure::Format(Messages::BRELT_LIST_TOO_LONG, outcome.maxSize);
+        case ReadError::NONE:
+            break;
+    }
+    return std::string();
+}
+
+// Throws the failure of a reading that stopped short; the list holds the values read before.
+void ThrowIfFailed(const ReadOutcome& outcome, const BreltList<int>& list) {
+    if (outcome.error != ReadError::NONE) {
+        throw KPL_Failure(KPL_Failure::Format(Messages::BRELT_LIST_FAILURE, Reason(outcome).c_str(),
+                                              ValuesForMessage(list).c_str()),
+                          Messages::BRELT_LIST_TAG);
+    }
+}
+
+}  // namespace
+
+std::istream& operator>>(std::istream& in, BreltList<int>& list) {
+    StreamSource source(in);
+    ThrowIfFailed(ReadList(source, list), list);
+    return in;
+}
+
+std::ostream& operator<<(std::ostream& out, const BreltList<int>& list) {
+    StreamSink sink(out);
+    WriteValues(list, list.break_lines, sink);
+    LogWritten(list.size());
+    return out;
+}
+
+void read_brelt_list(const std::string& text, BreltList<int>& list) {
+    TextSource source(text);
+    ThrowIfFailed(ReadList(source, list), list);
+}
+
+bool try_read_brelt_list(const std::string& text, BreltList<int>& list) {
+    TextSource source(text);
+    return ReadList(source, list).error == ReadError::NONE;
+}
+
+bool is_brelt_list(const std::string& text) {
+    BreltList<int> list;
+    return try_read_brelt_list(text, list);
+}
+
+std::string write_brelt_list(const BreltList<int>& list) {
+    std::string text;
+    TextSink sink(text, std::string::npos);
+    WriteValues(list, list.break_lines, sink);
+    LogWritten(list.size());
+    return text;
+}
+
+std::size_t SetBreltListMaxSize(std::size_t maxElements) {
+    return maxSizeSetting.exchange(maxElements, std::memory_order_relaxed);
+}

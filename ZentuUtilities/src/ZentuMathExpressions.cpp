@@ -1,0 +1,410 @@
+#include "ZentuMathExpressions.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "KPL_Failure.h"
+#include "ZentuFormatUtil.h"
+#include "ZentuStringUtil.h"
+#include "ZentuUtilitiesInternal.h"
+#include "ZentuUtilitiesMessages.h"
+
+namespace ZentuMathExpressions {
+namespace {
+
+namespace Messages = ZentuUtilitiesMessages;
+using Iterator = std::string::const_iterator;
+
+// Marks a trie node at which no candidate ends; larger than any list index.
+constexpr std::size_t NO_CANDIDATE = std::numeric_limits<std::size_t>::max();
+
+// Precedences of the default operators; only their order matters.
+constexpr int JOINING_PRECEDENCE = 1;
+constexpr int PRODUCT_PRECEDENCE = 2;
+constexpr int POWER_PRECEDENCE = 3;
+
+// What a token does in the grammar, decided by its class and evaluation rather than its text.
+enum class Role { OPERAND, OPERATOR, OPENING, CLOSING };
+
+// What was read last; it decides whether an operand or an operator is due next.
+enum class Previous { NOTHING, OPENING, OPERATOR, OPERAND };
+
+// A default kind: its symbol ('\0' for numbers), its precedence and its arithmetic.
+struct DefaultKind {
+    char symbol;
+    TokenClass defaultClass;
+    int precedence;
+    double (*apply)(double left, double right);
+};
+
+// Folds ASCII letters only, so that bytes of other encodings compare exactly.
+char FoldCase(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Whether the range starts with the candidate, ASCII letters compared without case.
+bool StartsWithIgnoringCase(Iterator begin, Iterator end, const std::string& candidate) {
+    if (static_cast<std::size_t>(end - begin) < candidate.size()) {
+        return false;
+    }
+    for (const char c : candidate) {
+        if (FoldCase(c) != FoldCase(*begin++)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The trie key of a node's child reached by a byte.
+std::uint64_t ChildKey(std::size_t node, char c) {
+    return (static_cast<std::uint64_t>(node) << 8U) | static_cast<unsigned char>(FoldCase(c));
+}
+
+// The end of a decimal number at begin: digits with an optional fraction ("2.", ".5") and an
+// optional exponent; an exponent without digits is not part of the number.
+Iterator MatchNumber(Iterator begin, Iterator end) {
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const auto skipDigits = [&](Iterator p) {
+        while (p != end && isDigit(*p)) {
+            ++p;
+        }
+        return p;
+    };
+    Iterator p = skipDigits(begin);
+    const bool integerDigits = p != begin;
+    if (p != end && *p == '.') {
+        const Iterator fraction = skipDigits(p + 1);
+        if (!integerDigits && fraction == p + 1) {
+            return begin;
+        }
+        p = fraction;
+    } else if (!integerDigits) {
+        return begin;
+    }
+    if (p != end && (*p == 'e' || *p == 'E')) {
+        Iterator exponent = p + 1;
+        if (exponent != end && (*exponent == '+' || *exponent == '-')) {
+            ++exponent;
+        }
+        const Iterator exponentEnd = skipDigits(exponent);
+        if (exponentEnd != exponent) {
+            p = exponentEnd;
+        }
+    }
+    return p;
+}
+
+// A matcher for a one-character symbol.
+Matcher SymbolMatcher(char symbol) {
+    return [symbol](Iterator begin, Iterator end) {
+        return begin != end && *begin == symbol ? begin + 1 : begin;
+    };
+}
+
+// The number token that holds a value, as evaluations and signs produce it.
+Token NumberToken(double value) {
+    return Token{ZentuStringUtil::String(value), value,
+                 build_single_token(NUMBER_TYPE, NUMBER_CLASS)};
+}
+
+// An evaluation that replaces the last two tokens, right operand then left, by their result.
+Evaluation BinaryEvaluation(double (*apply)(double left, double right)) {
+    return [apply](std::vector<Token>& operands) {
+        if (operands.size() < 2) {
+            return;
+        }
+        const double left = operands.back().value;
+        const double right = operands[operands.size() - 2].value;
+        operands.pop_back();
+        operands.back() = NumberToken(apply(left, right));
+    };
+}
+
+// The default kinds, indexed by TokenType.
+constexpr std::array<DefaultKind, 8> DEFAULT_KINDS = {{
+    {'\0', NUMBER_CLASS, 0, nullptr},
+    {'*', PRODUCT_CLASS, PRODUCT_PRECEDENCE, [](double l, double r) { return l * r; }},
+    {'+', JOINING_CLASS, JOINING_PRECEDENCE, [](double l, double r) { return l + r; }},
+    {'-', JOINING_CLASS, JOINING_PRECEDENCE, [](double l, double r) { return l - r; }},
+    {'/', QUOTIENT_CLASS, PRODUCT_PRECEDENCE, [](double l, double r) { return l / r; }},
+    {'^', POWER_CLASS, POWER_PRECEDENCE, [](double l, double r) { return std::pow(l, r); }},
+    {'(', OPENING_PARENTHESIS_CLASS, 0, nullptr},
+    {')', CLOSING_PARENTHESIS_CLASS, 0, nullptr},
+}};
+
+// Numbers have no symbol; every other default kind is its one character.
+Matcher MatcherOf(const DefaultKind& kind) {
+    return kind.symbol == '\0' ? Matcher(MatchNumber) : SymbolMatcher(kind.symbol);
+}
+
+// The number that the whole text reads as, or 0.0, so that references carry no stray value.
+double ValueOf(const std::string& text) {
+    const char* end = nullptr;
+    const double value = ZentuFormatUtil::str_to_double(text.c_str(), &end);
+    return !text.empty() && end == text.c_str() + text.size() ? value : 0.0;
+}
+
+// How the grammar treats tokens of a description.
+Role RoleOf(const TokenDescription& description) {
+    if (description.GetClass() == OPENING_PARENTHESIS_CLASS) {
+        return Role::OPENING;
+    }
+    if (description.GetClass() == CLOSING_PARENTHESIS_CLASS) {
+        return Role::CLOSING;
+    }
+    return description.GetEvaluation() ? Role::OPERATOR : Role::OPERAND;
+}
+
+// Turns one text into postfix order with an explicit operator stack, so that neither deep
+// nesting nor long expressions cost stack frames.
+class PostfixReader {
+  public:
+    PostfixReader(const std::string& text, const std::vector<TokenDescription>& setup)
+        : text_(text), setup_(setup) {}
+
+    // Reads the whole text; the reader is used once.
+    std::vector<Token> Read() {
+        for (std::size_t position = NextTokenStart(0); position < text_.size();
+             position = NextTokenStart(position)) {
+            position = ReadToken(position);
+        }
+        Finish();
+        return std::move(output_);
+    }
+
+  private:
+    // An operator or an opening parenthesis waiting for its right side, and where it stands.
+    struct Pending {
+        Token token;
+        std::size_t position;
+    };
+
+    // The first position at or after position that is not a blank.
+    std::size_t NextTokenStart(std::size_t position) const {
+        const std::size_t next =
+            text_.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS.data(), position,
+                                    ZentuUtilitiesTexts::BLANK_CHARACTERS.size());
+        return next == std::string::npos ? text_.size() : next;
+    }
+
+    // Reads the token at position and returns the position after it.
+    std::size_t ReadToken(std::size_t position) {
+        const Iterator begin = text_.begin() + static_cast<std::ptrdiff_t>(position);
+        for (const TokenDescription& description : setup_) {
+            const Iterator tokenEnd = Advance(description, begin);
+            if (tokenEnd != begin) {
+                std::string tokenText(begin, tokenEnd);
+                const double value = ValueOf(tokenText);
+                Accept(Token{std::move(tokenText), value, description}, position);
+                return static_cast<std::size_t>(tokenEnd - text_.begin());
+            }
+        }
+        Fail(Messages::MATH_EXPRESSION_UNKNOWN_CHARACTER, text_[position], position + 1,
+             text_.c_str());
+    }
+
+    // Where the description's token ends, or begin when it does not match or its matcher
+    // answers outside the text.
+    Iterator Advance(const TokenDescription& description, Iterator begin) const {
+        if (!description.GetMatcher()) {
+            return begin;
+        }
+        const Iterator tokenEnd = description.GetMatcher()(begin, text_.end());
+        return tokenEnd > begin && tokenEnd <= text_.end() ? tokenEnd : begin;
+    }
+
+    // Places a token by the grammar: operands go out at once, operators and parentheses wait.
+    void Accept(Token token, std::size_t position) {
+        const Role role = RoleOf(token.description);
+        if (OperandDue()) {
+            AcceptWhereOperandDue(std::move(token), role, position);
+        } else {
+            AcceptWhereOperatorDue(std::move(token), role, position);
+        }
+    }
+
+    // Whether the grammar wants an operand or an opening parenthesis next.
+    bool OperandDue() const { return previous_ != Previous::OPERAND; }
+
+    // Where an operand is due, a joining operator may still start a group as its sign.
+    void AcceptWhereOperandDue(Token token, Role role, std::size_t position) {
+        if (role == Role::OPERAND) {
+            output_.push_back(std::move(token));
+            previous_ = Previous::OPERAND;
+        } else if (role == Role::OPENING) {
+            pending_.push_back(Pending{std::move(token), position});
+            previous_ = Previous::OPENING;
+        } else if (IsSign(token, role)) {
+            output_.push_back(NumberToken(0.0));
+            PushOperator(std::move(token), position);
+        } else {
+            Fail(Messages::MATH_EXPRESSION_OPERAND_EXPECTED, token.text.c_str(), position + 1,
+                 text_.c_str());
+        }
+    }
+
+    // Where an operator is due, only an operator or a closing parenthesis fits.
+    void AcceptWhereOperatorDue(Token token, Role role, std::size_t position) {
+        if (role == Role::OPERATOR) {
+            PushOperator(std::move(token), position);
+        } else if (role == Role::CLOSING) {
+            CloseGroup(position);
+        } else {
+            Fail(Messages::MATH_EXPRESSION_OPERATOR_EXPECTED, token.text.c_str(), position + 1,
+                 text_.c_str());
+        }
+    }
+
+    // Whether an operator stands where a group begins, so that it signs the group's first term.
+    bool IsSign(const Token& token, Role role) const {
+        return role == Role::OPERATOR && token.description.GetClass() == JOINING_CLASS &&
+               (previous_ == Previous::NOTHING || previous_ == Previous::OPENING);
+    }
+
+    // Sends out the waiting operators that bind at least as tight, which makes equal precedences
+    // group left to right, and then lets the operator wait.
+    void PushOperator(Token token, std::size_t position) {
+        const int precedence = token.description.GetPrecedence();
+        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR &&
+               pending_.back().token.description.GetPrecedence() >= precedence) {
+            PopToOutput();
+        }
+        pending_.push_back(Pending{std::move(token), position});
+        previous_ = Previous::OPERATOR;
+    }
+
+    // Sends out the operators of the innermost group and drops its opening parenthesis.
+    void CloseGroup(std::size_t position) {
+        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR) {
+            PopToOutput();
+        }
+        if (pending_.empty()) {
+            Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_OPENED, position + 1, text_.c_str());
+        }
+        pending_.pop_back();
+        previous_ = Previous::OPERAND;
+    }
+
+    // Moves the last waiting operator to the output.
+    void PopToOutput() {
+        output_.push_back(std::move(pending_.back().token));
+        pending_.pop_back();
+    }
+
+    // Checks that the text ended after an operand and that every group was closed.
+    void Finish() {
+        if (previous_ == Previous::NOTHING) {
+            return;
+        }
+        if (OperandDue()) {
+            Fail(Messages::MATH_EXPRESSION_OPERAND_MISSING_AT_END, text_.size() + 1, text_.c_str());
+        }
+        while (!pending_.empty()) {
+            if (RoleOf(pending_.back().token.description) == Role::OPENING) {
+                Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_CLOSED, pending_.back().position + 1,
+                     text_.c_str());
+            }
+            PopToOutput();
+        }
+    }
+
+    // Throws the failure of this text.
+    template <typename... Arguments>
+    [[noreturn]] static void Fail(const char* format, Arguments... arguments) {
+        throw KPL_Failure(KPL_Failure::Format(format, arguments...),
+                          Messages::MATH_EXPRESSIONS_TAG);
+    }
+
+    const std::string& text_;
+    const std::vector<TokenDescription>& setup_;
+    std::vector<Token> output_;
+    std::vector<Pending> pending_;
+    Previous previous_ = Previous::NOTHING;
+};
+
+}  // namespace
+
+TokenDescription::TokenDescription(TokenClass tokenClass, Matcher matcher)
+    : class_(tokenClass), matcher_(std::move(matcher)) {}
+
+TokenDescription::TokenDescription(TokenClass tokenClass, Matcher matcher, Evaluation evaluation,
+                                   int precedence)
+    : class_(tokenClass),
+      matcher_(std::move(matcher)),
+      evaluation_(std::move(evaluation)),
+      precedence_(precedence) {}
+
+StringMatcher::StringMatcher(const std::vector<std::string>& candidates)
+    : firstCandidate_(1, NO_CANDIDATE) {
+    for (std::size_t index = 0; index < candidates.size(); ++index) {
+        std::size_t node = 0;
+        for (const char c : candidates[index]) {
+            const auto inserted = children_.emplace(ChildKey(node, c), firstCandidate_.size());
+            if (inserted.second) {
+                firstCandidate_.push_back(NO_CANDIDATE);
+            }
+            node = inserted.first->second;
+        }
+        if (firstCandidate_[node] == NO_CANDIDATE) {
+            firstCandidate_[node] = index;
+        }
+    }
+}
+
+Iterator StringMatcher::Match(Iterator begin, Iterator end) const {
+    std::size_t best = firstCandidate_[0];
+    Iterator bestEnd = begin;
+    std::size_t node = 0;
+    for (Iterator p = begin; p != end;) {
+        const auto child = children_.find(ChildKey(node, *p));
+        if (child == children_.end()) {
+            break;
+        }
+        node = child->second;
+        ++p;
+        if (firstCandidate_[node] < best) {
+            best = firstCandidate_[node];
+            bestEnd = p;
+        }
+    }
+    return bestEnd;
+}
+
+Iterator find_strings(const std::vector<std::string>& candidates, Iterator begin, Iterator end) {
+    for (const std::string& candidate : candidates) {
+        if (StartsWithIgnoringCase(begin, end, candidate)) {
+            return begin + static_cast<std::ptrdiff_t>(candidate.size());
+        }
+    }
+    return begin;
+}
+
+void create_default_token_setup(std::vector<TokenDescription>& setup) {
+    for (TokenType type = NUMBER_TYPE; type <= CLOSING_PARENTHESIS_TYPE; ++type) {
+        setup.push_back(
+            build_single_token(type, DEFAULT_KINDS[static_cast<std::size_t>(type)].defaultClass));
+    }
+}
+
+std::vector<Token> create_expression(const std::string& text,
+                                     const std::vector<TokenDescription>& setup) {
+    return PostfixReader(text, setup).Read();
+}
+
+TokenDescription build_single_token(TokenType type, TokenClass tokenClass) {
+    if (type < NUMBER_TYPE || type > CLOSING_PARENTHESIS_TYPE) {
+        throw KPL_Failure(KPL_Failure::Format(Messages::MATH_EXPRESSION_UNKNOWN_TOKEN_TYPE, type,
+                                              NUMBER_TYPE, CLOSING_PARENTHESIS_TYPE),
+                          Messages::MATH_EXPRESSIONS_TAG);
+    }
+    const DefaultKind& kind = DEFAULT_KINDS[static_cast<std::size_t>(type)];
+    if (kind.apply == nullptr) {
+        return TokenDescription(tokenClass, MatcherOf(kind));
+    }
+    return TokenDescription(tokenClass, MatcherOf(kind), BinaryEvaluation(kind.apply),
+                            kind.precedence);
+}
+
+}  // namespace ZentuMathExpressions

@@ -1,0 +1,377 @@
+#include "ZentuParFile.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "KPL_Failure.h"
+#include "ZentuFileUtil.h"
+#include "ZentuStringUtil.h"
+#include "ZentuUtilitiesInternal.h"
+#include "ZentuUtilitiesMessages.h"
+
+namespace Messages = ZentuUtilitiesMessages;
+
+namespace {
+
+// Few reads for a 100 MB line, yet small enough to stay in the cache while its line feeds are
+// searched.
+constexpr std::size_t CHUNK_SIZE = std::size_t{1} << 16;
+
+// The line that closes a command, compared in any case.
+constexpr std::string_view END_LINE = "END_";
+
+// The item whose value identifies a command, compared in any case.
+constexpr std::string_view ID_NAME = "ID_NAME";
+
+// The first character of a comment line.
+constexpr char COMMENT_MARK = '#';
+
+// What parts an item's name from its value.
+constexpr char NAME_VALUE_SEPARATOR = '=';
+
+// The line feed that ends a line in the file and joins the lines of a multi-line value.
+constexpr char LINE_FEED = '\n';
+
+// The most bytes of the file that a message quotes; a 100 MB line must not fill the message.
+constexpr std::size_t EXCERPT_LENGTH = 80;
+
+// Marks a quotation cut short.
+constexpr std::string_view EXCERPT_CUT_MARK = "...";
+
+// Whether the text equals a word of capitals, comparing ASCII letters in any case.
+bool EqualsIgnoringCase(std::string_view text, std::string_view capitals) {
+    return std::equal(text.begin(), text.end(), capitals.begin(), capitals.end(),
+                      [](char character, char capital) {
+                          return character == capital || (character >= 'a' && character <= 'z' &&
+                                                          character - 'a' + 'A' == capital);
+                      });
+}
+
+// Whether a byte would stop or garble a message: NUL ends what(), others move terminals about.
+bool IsControlByte(unsigned char byte) {
+    return byte < 0x20 || byte == 0x7F;
+}
+
+// Whether a byte continues a UTF-8 sequence, so that cutting before it would split a character.
+bool IsContinuationByte(unsigned char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+// The text with its control bytes written as \xNN, so that a message stays one readable line.
+std::string Printable(std::string_view text) {
+    std::string printable;
+    printable.reserve(text.size());
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (IsControlByte(byte)) {
+            printable += KPL_Failure::Format("\\x%02X", byte);
+        } else {
+            printable += character;
+        }
+    }
+    return printable;
+}
+
+// The start of a text as a message quotes it: printable, cut at a character boundary, so that a
+// binary file or a 100 MB line still yields a short, readable message.
+std::string Excerpt(const std::string& text) {
+    std::size_t length = std::min(text.size(), EXCERPT_LENGTH);
+    while (length < text.size() && length > 0 &&
+           IsContinuationByte(static_cast<unsigned char>(text[length]))) {
+        --length;
+    }
+    std::string excerpt = Printable(std::string_view(text).substr(0, length));
+    if (length < text.size()) {
+        excerpt += EXCERPT_CUT_MARK;
+    }
+    return excerpt;
+}
+
+// Throws the failure that every error of a parameter file ends in.
+[[noreturn]] void Fail(const std::string& message) {
+    throw KPL_Failure(message, Messages::PAR_FILE_TAG);
+}
+
+// The system's description of an error number, taken right after the call that set it.
+std::string SystemReason(int error) {
+    return std::generic_category().message(error);
+}
+
+// Closes the file however reading ends.
+struct FileCloser {
+    // Closes a file that was open; the result does not matter for a file only read.
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// An open file, closed when it goes out of scope.
+using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
+
+// Whether an open file is a directory; some systems open one for reading without complaint and
+// only its reads fail, with a less telling reason.
+bool IsDirectory(std::FILE* file) {
+#if defined(_WIN32)
+    struct _stat64 status;
+    return _fstat64(_fileno(file), &status) == 0 && (status.st_mode & _S_IFMT) == _S_IFDIR;
+#else
+    struct stat status;
+    return fstat(fileno(file), &status) == 0 && S_ISDIR(status.st_mode);
+#endif
+}
+
+// Opens a file for reading as bytes, so that line ends and NUL bytes reach the parser unchanged.
+FileHandle OpenForReading(const std::wstring& path, const std::string& shownPath) {
+    errno = 0;
+    FileHandle file(ZentuFileUtil::wfopen(path, L"rb"));
+    if (!file) {
+        Fail(KPL_Failure::Format(Messages::PAR_FILE_CANNOT_BE_OPENED, shownPath.c_str(),
+                                 SystemReason(errno).c_str()));
+    }
+    if (IsDirectory(file.get())) {
+        Fail(KPL_Failure::Format(Messages::PAR_FILE_IS_A_DIRECTORY, shownPath.c_str()));
+    }
+    return file;
+}
+
+// Hands out the lines of a file one by one. It reads fixed chunks and appends each line's bytes
+// once, so time and memory grow with the file however long its lines are.
+class LineSource {
+  public:
+    // Reads from an open file; the path names it in failures.
+    LineSource(std::FILE* file, const std::string& shownPath)
+        : file_(file), shownPath_(shownPath), chunk_(CHUNK_SIZE) {}
+
+    // Replaces line by the next line without its line feed; false when no line is left. A last
+    // line without line feed still counts, an empty text after the last line feed does not.
+    bool Next(std::string& line) {
+        line.clear();
+        while (!TakeUpToLineFeed(line)) {
+            if (!Refill()) {
+                if (line.empty()) {
+                    return false;
+                }
+                break;
+            }
+        }
+        ++lineNumber_;
+        return true;
+    }
+
+    // The number of the line last handed out, counted from 1; 0 before the first.
+    std::size_t LineNumber() const { return lineNumber_; }
+
+  private:
+    // Appends the bytes read up to the next line feed to line and passes the feed; false when
+    // the bytes read ran out before a line feed.
+    bool TakeUpToLineFeed(std::string& line) {
+        const char* start = chunk_.data() + begin_;
+        const std::size_t available = end_ - begin_;
+        const auto* lineEnd = static_cast<const char*>(std::memchr(start, LINE_FEED, available));
+        if (lineEnd == nullptr) {
+            line.append(start, available);
+            begin_ = end_;
+            return false;
+        }
+        line.append(start, lineEnd);
+        begin_ += static_cast<std::size_t>(lineEnd - start) + 1;
+        return true;
+    }
+
+    // Reads the next chunk; false at the end of the file.
+    bool Refill() {
+        errno = 0;
+        end_ = std::fread(chunk_.data(), 1, chunk_.size(), file_);
+        begin_ = 0;
+        if (end_ == 0 && std::ferror(file_) != 0) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_CANNOT_BE_READ, shownPath_.c_str(),
+                                     SystemReason(errno).c_str()));
+        }
+        return end_ > 0;
+    }
+
+    std::FILE* file_;
+    const std::string& shownPath_;
+    std::vector<char> chunk_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    std::size_t lineNumber_ = 0;
+};
+
+// Turns the lines of a file into commands and items.
+//
+// Blank lines inside a multi-line value, trailing ones included, are value lines: the writer puts
+// a value on the lines after its name exactly as it is and the next item or END_ right behind it,
+// so keeping them gives back every value it wrote, an empty one or one ending in a line feed
+// alike; a blank line that a person leaves after a value thus ends the value with a line feed.
+// Comment lines are skipped there too and neither end the value nor add to it. Only a line
+// holding '=' or END_ ends a value, so a name alone right after one is one of its lines.
+class ParFileParser {
+  public:
+    // A parser whose failures name the file so.
+    explicit ParFileParser(const std::string& shownPath) : shownPath_(shownPath) {}
+
+    // Takes the next line of the file; the text may be moved away.
+    void Take(std::string& line, std::size_t number) {
+        // Trimming also drops the CR of a CR LF line end.
+        ZentuStringUtil::Trim(line);
+        if (command_) {
+            TakeInsideCommand(line, number);
+        } else {
+            TakeOutsideCommand(line, number);
+        }
+    }
+
+    // The commands read, once the file's last line, numbered lastLine, has been taken.
+    std::vector<ZentuParCommand> Finish(std::size_t lastLine) {
+        if (command_) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(),
+                                     lastLine, Excerpt(command_->keyword).c_str(), command_->line));
+        }
+        return std::move(commands_);
+    }
+
+  private:
+    // A command whose END_ has not come yet.
+    struct OpenCommand {
+        std::string keyword;
+        std::size_t line;
+        std::vector<ZentuParSubCommand> items;
+    };
+
+    // An item named alone on its line, gathering the value lines that follow it.
+    struct OpenValue {
+        std::string name;
+        std::size_t line;
+        std::string text;
+        bool hasLines = false;
+    };
+
+    // Whether a trimmed line is a comment.
+    static bool IsComment(const std::string& line) {
+        return !line.empty() && line.front() == COMMENT_MARK;
+    }
+
+    // Takes a trimmed line between commands, where only a keyword may stand.
+    void TakeOutsideCommand(std::string& line, std::size_t number) {
+        if (line.empty() || IsComment(line)) {
+            return;
+        }
+        if (EqualsIgnoringCase(line, END_LINE)) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_END_OUTSIDE_COMMAND, shownPath_.c_str(),
+                                     number));
+        }
+        if (line.find(NAME_VALUE_SEPARATOR) != std::string::npos) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_ITEM_OUTSIDE_COMMAND, shownPath_.c_str(),
+                                     number, Excerpt(line).c_str()));
+        }
+        if (line.find_first_of(ZentuUtilitiesTexts::BLANK_CHARACTERS.data(), 0,
+                               ZentuUtilitiesTexts::BLANK_CHARACTERS.size()) != std::string::npos) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_COMMAND_LINE_NOT_ONE_WORD,
+                                     shownPath_.c_str(), number, Excerpt(line).c_str()));
+        }
+        command_ = OpenCommand{std::move(line), number, {}};
+    }
+
+    // Takes a trimmed line between a keyword and its END_.
+    void TakeInsideCommand(std::string& line, std::size_t number) {
+        if (IsComment(line)) {
+            return;
+        }
+        if (EqualsIgnoringCase(line, END_LINE)) {
+            CloseCommand();
+            return;
+        }
+        const std::size_t separator = line.find(NAME_VALUE_SEPARATOR);
+        if (separator != std::string::npos) {
+            CloseValue();
+            AddItem(line, separator, number);
+        } else if (value_) {
+            AddValueLine(line);
+        } else if (!line.empty()) {
+            value_ = OpenValue{std::move(line), number, {}};
+        }
+    }
+
+    // Adds the item of a line that holds its name before the first '=' and its value after it.
+    void AddItem(std::string& line, std::size_t separator, std::size_t number) {
+        std::string name = line.substr(0, separator);
+        ZentuStringUtil::Trim(name);
+        line.erase(0, separator + 1);
+        ZentuStringUtil::Trim(line);
+        command_->items.emplace_back(std::move(name), std::move(line), number);
+    }
+
+    // Appends a line to the value being gathered.
+    void AddValueLine(std::string& line) {
+        if (value_->hasLines) {
+            value_->text += LINE_FEED;
+            value_->text += line;
+        } else {
+            value_->text = std::move(line);
+            value_->hasLines = true;
+        }
+    }
+
+    // Adds the item whose value was being gathered, if any.
+    void CloseValue() {
+        if (value_) {
+            command_->items.emplace_back(std::move(value_->name), std::move(value_->text),
+                                         value_->line);
+            value_.reset();
+        }
+    }
+
+    // Adds the open command, with its last item.
+    void CloseCommand() {
+        CloseValue();
+        commands_.emplace_back(std::move(command_->keyword), command_->line,
+                               std::move(command_->items));
+        command_.reset();
+    }
+
+    const std::string& shownPath_;
+    std::vector<ZentuParCommand> commands_;
+    std::optional<OpenCommand> command_;
+    std::optional<OpenValue> value_;
+};
+
+// The value of the first item named ID_NAME, or the empty text.
+std::string IdNameOf(const std::vector<ZentuParSubCommand>& items) {
+    const auto found = std::find_if(items.begin(), items.end(), [](const ZentuParSubCommand& item) {
+        return EqualsIgnoringCase(item.GetName(), ID_NAME);
+    });
+    return found != items.end() ? found->retrieveValue() : std::string();
+}
+
+}  // namespace
+
+ZentuParSubCommand::ZentuParSubCommand(std::string name, std::string value, std::size_t line)
+    : name_(std::move(name)), value_(std::move(value)), line_(line) {}
+
+ZentuParCommand::ZentuParCommand(std::string keyword, std::size_t line,
+                                 std::vector<ZentuParSubCommand> items)
+    : keyword_(std::move(keyword)),
+      idName_(IdNameOf(items)),
+      line_(line),
+      items_(std::move(items)) {}
+
+ZentuParFile::ZentuParFile(const std::wstring& path) {
+    const std::string shownPath = Printable(ZentuFileUtil::to_utf8(path));
+    const FileHandle file = OpenForReading(path, shownPath);
+    LineSource lines(file.get(), shownPath);
+    ParFileParser parser(shownPath);
+    std::string line;
+    while (lines.Next(line)) {
+        parser.Take(line, lines.LineNumber());
+    }
+    commands_ = parser.Finish(lines.LineNumber());
+}

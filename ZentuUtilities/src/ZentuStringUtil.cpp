@@ -1,0 +1,86 @@
+#include "ZentuStringUtil.h"
+
+#include <charconv>
+#include <cstring>
+#include <iterator>
+#include <utility>
+
+#include "ZentuUtilitiesInternal.h"
+
+namespace ZentuStringUtil {
+namespace {
+
+// Room for the longest shortest-form double, "-2.2250738585072014e-308", and its kin.
+constexpr std::size_t DOUBLE_TEXT_CAPACITY = 32;
+
+// Room for the decimal text of any int, sign included.
+constexpr std::size_t INT_TEXT_CAPACITY = 16;
+
+// The parts of a non-empty text between the occurrences of a non-empty separator.
+std::vector<std::string> PartsBetween(const std::string& text, const char* separator,
+                                      std::size_t separatorLength) {
+    std::vector<std::string> parts;
+    std::size_t begin = 0;
+    for (;;) {
+        const std::size_t end = text.find(separator, begin, separatorLength);
+        if (end == std::string::npos) {
+            parts.push_back(text.substr(begin));
+            return parts;
+        }
+        parts.push_back(text.substr(begin, end - begin));
+        begin = end + separatorLength;
+    }
+}
+
+// Moves the new parts behind the existing ones; only the reservation can throw, and it does so
+// before anything has changed.
+void AppendAll(std::vector<std::string>&& found, std::vector<std::string>& parts) {
+    parts.reserve(parts.size() + found.size());
+    parts.insert(parts.end(), std::make_move_iterator(found.begin()),
+                 std::make_move_iterator(found.end()));
+}
+
+}  // namespace
+
+void Trim(std::string& text) {
+    const std::size_t last = text.find_last_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
+    if (last == std::string::npos) {
+        text.clear();
+        return;
+    }
+    text.erase(last + 1);
+    text.erase(0, text.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS));
+}
+
+std::size_t Split(const std::string& text, const char* separator, std::vector<std::string>& parts) {
+    if (text.empty()) {
+        return 0;
+    }
+    const std::size_t separatorLength = separator != nullptr ? std::strlen(separator) : 0;
+    if (separatorLength == 0) {
+        parts.push_back(text);
+        return 1;
+    }
+    std::vector<std::string> found = PartsBetween(text, separator, separatorLength);
+    const std::size_t count = found.size();
+    AppendAll(std::move(found), parts);
+    return count;
+}
+
+bool is_quoted_str(const std::string& text, char quote) {
+    return text.size() >= 2 && text.front() == quote && text.back() == quote;
+}
+
+std::string String(int value) {
+    char text[INT_TEXT_CAPACITY];
+    const auto result = std::to_chars(text, text + sizeof text, value);
+    return std::string(text, result.ptr);
+}
+
+std::string String(double value) {
+    char text[DOUBLE_TEXT_CAPACITY];
+    const auto result = std::to_chars(text, text + sizeof text, value);
+    return std::string(text, result.ptr);
+}
+
+}  // namespace ZentuStringUtil

@@ -1,0 +1,144 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "ZentuCmd.h"
+#include "ZentuCmdItem.h"
+#include "ZentuCmdItemDefs.h"
+
+namespace zentu_test {
+
+// Scoped enumerations print as raw bytes in assertion messages; comparing their values prints
+// numbers instead.
+template <typename Enum>
+constexpr std::int64_t ToInt(Enum value) {
+    return static_cast<std::int64_t>(static_cast<std::underlying_type_t<Enum>>(value));
+}
+
+// Implements only what the base leaves pure, so every answer it gives is the base class's own.
+class BareItem final : public ZentuCmdItem {
+  public:
+    explicit BareItem(const std::string& name) : ZentuCmdItem(name) {}
+
+    std::unique_ptr<ZentuCmdItem> Clone() const override {
+        return std::make_unique<BareItem>(*this);
+    }
+};
+
+// The readings that a ProbeItem claims; each bit switches one Has... query on.
+enum Reading : unsigned {
+    kNoReading = 0,
+    kString = 1U << 0,
+    kInteger = 1U << 1,
+    kReal = 1U << 2,
+    kVector3d = 1U << 3,
+    kEnum = 1U << 4,
+    kList = 1U << 5,
+    kBreltList = 1U << 6,
+    kReference = 1U << 7,
+};
+
+// A host-defined item whose readings the test chooses. It records every command offered to it
+// through AddReference (in its own list and, optionally, in a log shared by several probes) and
+// can report its own destruction, so tests observe what the command model does to items without
+// relying on the engine's item classes.
+class ProbeItem final : public ZentuCmdItem {
+  public:
+    ProbeItem(const std::string& name, std::string text, unsigned readings = kString)
+        : ZentuCmdItem(name), text_(std::move(text)), readings_(readings) {}
+
+    ProbeItem(const ProbeItem&) = default;
+    ProbeItem& operator=(const ProbeItem&) = delete;
+
+    ~ProbeItem() override {
+        if (destroyed_ != nullptr) {
+            *destroyed_ = true;
+        }
+    }
+
+    // GetList answers list; whether HasList says so is the readings' business.
+    ProbeItem& WithList(std::vector<std::string> list) {
+        list_ = std::move(list);
+        return *this;
+    }
+
+    // flag becomes true when this item is destroyed; it must outlive the item.
+    ProbeItem& WatchDestruction(bool* flag) {
+        destroyed_ = flag;
+        return *this;
+    }
+
+    // Every offer is also appended to log under this item's name; it must outlive the item.
+    ProbeItem& LogOffersTo(std::vector<std::string>* log) {
+        log_ = log;
+        return *this;
+    }
+
+    bool HasString() const override { return Has(kString); }
+    const std::string GetString() const override { return text_; }  // NOLINT
+    bool HasInteger() const override { return Has(kInteger); }
+    bool HasReal() const override { return Has(kReal); }
+    bool HasVector3d() const override { return Has(kVector3d); }
+    bool HasEnum() const override { return Has(kEnum); }
+    bool HasList() const override { return Has(kList); }
+    std::vector<std::string> GetList() const override { return list_; }
+    bool HasBreltList() const override { return Has(kBreltList); }
+    bool HasReference() const override { return Has(kReference); }
+
+    void AddReference(const ZentuCmd& target) override {
+        offers_.push_back(&target);
+        if (log_ != nullptr) {
+            log_->push_back(GetName());
+        }
+    }
+
+    // The copy answers alike but watches and logs nothing, so an observer set on the original
+    // only ever hears about the original.
+    std::unique_ptr<ZentuCmdItem> Clone() const override {
+        auto copy = std::make_unique<ProbeItem>(*this);
+        copy->destroyed_ = nullptr;
+        copy->log_ = nullptr;
+        copy->offers_.clear();
+        return copy;
+    }
+
+    const std::vector<const ZentuCmd*>& Offers() const { return offers_; }
+
+  private:
+    bool Has(Reading reading) const { return (readings_ & reading) != 0; }
+
+    std::string text_;
+    unsigned readings_;
+    std::vector<std::string> list_;
+    std::vector<const ZentuCmd*> offers_;
+    bool* destroyed_ = nullptr;
+    std::vector<std::string>* log_ = nullptr;
+};
+
+// Appends probe to the items of kind and returns the item that the command now holds. Throws
+// (which fails the calling test) when the command did not keep it, so a test never goes on
+// with a dangling probe.
+inline ProbeItem& Attach(ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem kind,
+                         std::unique_ptr<ProbeItem> probe) {
+    const std::size_t position = cmd.Items(kind).size();
+    const ZentuCmdItem* handedIn = probe.get();
+    cmd.AddItem(kind, std::move(probe));
+    if (!cmd.HasItem(kind, position) || &cmd.Item(kind, position) != handedIn) {
+        throw std::logic_error("the command did not keep the item handed in");
+    }
+    return static_cast<ProbeItem&>(cmd.Item(kind, position));
+}
+
+// Appends a probe with a text reading only, the usual shape of an item that names a command.
+inline ProbeItem& AttachProbe(ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem kind,
+                              const std::string& text) {
+    return Attach(cmd, kind, std::make_unique<ProbeItem>("PROBE", text));
+}
+
+}  // namespace zentu_test

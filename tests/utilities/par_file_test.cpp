@@ -1,0 +1,246 @@
+#include "ZentuParFile.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <iterator>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "KPL_Failure.h"
+#include "ZentuFileUtil.h"
+
+namespace {
+
+// The tag of every failure of the reader.
+constexpr const char* TAG = "|%P|LIBUTIL|ZentuParFile";
+
+// A file's bytes and what reading it must give: its rendering or the failure's message after
+// the path.
+struct Case {
+    std::string bytes;
+    std::string expected;
+};
+
+// A whole parse on one line, so that a table can state it: "line:KEYWORD[id name]" per command,
+// "{line:name=value}" per item, '|' for the line feeds of a value.
+std::string Render(const ZentuParFile& file) {
+    std::string text;
+    for (const ZentuParCommand& command : file) {
+        text += (text.empty() ? "" : " ") + std::to_string(command.GetLine()) + ":" +
+                command.GetKeyword() + "[" + command.GetIdName() + "]";
+        for (const ZentuParSubCommand& item : command) {
+            text += "{" + std::to_string(item.GetLine()) + ":" + item.GetName() + "=" +
+                    item.retrieveValue() + "}";
+        }
+    }
+    std::replace(text.begin(), text.end(), '\n', '|');
+    return text;
+}
+
+// Each test reads files under one name outside ASCII in the temporary folder, removed at the end.
+class ParFileTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        path_ = ZentuFileUtil::from_utf8(testing::TempDir()) + L"zentu_par_\u00E9_" +
+                std::to_wstring(std::random_device()()) + L".par";
+    }
+
+    void TearDown() override { std::remove(ShownPath().c_str()); }
+
+    // The path as messages show it.
+    std::string ShownPath() const { return ZentuFileUtil::to_utf8(path_); }
+
+    // Replaces the file's content by the bytes.
+    void Write(const std::string& bytes) const {
+        std::FILE* file = std::fopen(ShownPath().c_str(), "wb");
+        ASSERT_NE(file, nullptr);
+        EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
+        std::fclose(file);
+    }
+
+    // The rendering of the bytes read back.
+    std::string Parse(const std::string& bytes) const {
+        Write(bytes);
+        return Render(ZentuParFile(path_));
+    }
+
+    // The message of the failure that reading the path ends in.
+    static std::string FailureOf(const std::wstring& path) {
+        try {
+            ZentuParFile file(path);
+            ADD_FAILURE() << "read " << Render(file);
+        } catch (const KPL_Failure& failure) {
+            EXPECT_EQ(failure.GetTag(), TAG);
+            return failure.GetMessage();
+        }
+        return {};
+    }
+
+    // Checks that every case reads to its rendering.
+    void ExpectRenderings(const std::vector<Case>& cases) const {
+        for (const auto& [bytes, rendering] : cases) {
+            EXPECT_EQ(Parse(bytes), rendering) << bytes;
+        }
+    }
+
+    std::wstring path_;
+};
+
+TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
+    ExpectRenderings({
+        {"", ""},
+        {"\n \t\n# comment\n   # indented comment\r\n\r\n", ""},
+        {"DV\nEND_\n", "1:DV[]"},
+        {"  dv  \n  eNd_ \t\n", "1:dv[]"},
+        {"END_X\nEND_", "1:END_X[]"},
+        {"DV\n A = 1 \n\tb\t=\t2\t\nEnd_", "1:DV[]{2:A=1}{3:b=2}"},
+        {"DV\r\nA = 1\r\n\r\n\v\f\r\nEND_\r\n", "1:DV[]{2:A=1}"},
+        {"DV\n= 5\n =\nEND_\n", "1:DV[]{2:=5}{3:=}"},
+        {"DV\nA = b = c\nB==\nEND_ = 3\nEND_\n", "1:DV[]{2:A=b = c}{3:B==}{4:END_=3}"},
+        {"DV\nLong Name = x\nA = 1 # kept\n  # A = 2\nEND_\n",
+         "1:DV[]{2:Long Name=x}{3:A=1 # kept}"},
+        {"\n# c\nDV\n\nA = 1\nEND_\n\n\nMODEL_INPUT\nEND_\nDV\nEND_\n",
+         "3:DV[]{5:A=1} 9:MODEL_INPUT[] 11:DV[]"},
+        {std::string("DV\nA = x\0y\nEND_\n", 16), std::string("1:DV[]{2:A=x\0y}", 15)},
+    });
+}
+
+TEST_F(ParFileTest, GathersTheLinesAfterANameAloneIntoOneValue) {
+    ExpectRenderings({
+        {"DV\n  LIST\n  1-10, \n  12\nEND_\n", "1:DV[]{2:LIST=1-10,|12}"},
+        {"DV\n  LIST\n  1\n  B = 2\nEND_\n", "1:DV[]{2:LIST=1}{4:B=2}"},
+        {"DV\n  FLAG\nEND_\n", "1:DV[]{2:FLAG=}"},
+        {"DV\n  FLAG\n  = 2\nEND_\n", "1:DV[]{2:FLAG=}{3:=2}"},
+        {"DV\n  LIST\n  OTHER\n  END_X\nEND_\n", "1:DV[]{2:LIST=OTHER|END_X}"},
+        {"DV\n\n  LIST\n  1\nend_\n", "1:DV[]{3:LIST=1}"},
+        // Blank lines are value lines, even at either end; comments are skipped.
+        {"DV\n  LIST\n  1\n\n  2\nEND_\n", "1:DV[]{2:LIST=1||2}"},
+        {"DV\n  LIST\n\n  1\n \t\n\nEND_\n", "1:DV[]{2:LIST=|1||}"},
+        {"DV\n  LIST\n  1\n  # 5\n#\n  2\n\nB = 3\nEND_\n", "1:DV[]{2:LIST=1|2|}{8:B=3}"},
+        {"DV\r\n  LIST\r\n  1\r\n\r\n  2\r\nEND_\r\n", "1:DV[]{2:LIST=1||2}"},
+    });
+}
+
+TEST_F(ParFileTest, TakesTheIdNameFromTheFirstItemNamedIdNameInAnyCase) {
+    ExpectRenderings({
+        {"DV\nA = 1\nID_NAME = D1\nEND_\n", "1:DV[D1]{2:A=1}{3:ID_NAME=D1}"},
+        {"DV\nid_name = a\nId_Name = b\nEND_\n", "1:DV[a]{2:id_name=a}{3:Id_Name=b}"},
+        {"DV\nID_NAMES = x\nID_NAM = y\n ID_NAME  =\nID_NAME = z\nEND_\n",
+         "1:DV[]{2:ID_NAMES=x}{3:ID_NAM=y}{4:ID_NAME=}{5:ID_NAME=z}"},
+        {"DV\nID_NAME\nD\n1\nEND_\nDV\nEND_\n", "1:DV[D|1]{2:ID_NAME=D|1} 6:DV[]"},
+    });
+}
+
+TEST_F(ParFileTest, RefusesMalformedFilesNamingFileAndLine) {
+    const std::vector<Case> cases = {
+        {"END_\n", ":1: END_ outside a command"},
+        {"\n# x\n  end_ \r\n", ":3: END_ outside a command"},
+        {"DV\nEND_\nEND_\n", ":3: END_ outside a command"},
+        {"A = 1\n", ":1: item line outside a command: 'A = 1'"},
+        {"DV\nEND_\n\n  = \n", ":4: item line outside a command: '='"},
+        {"DV TOPO\n", ":1: a command line must hold one word: 'DV TOPO'"},
+        {"DV\tTOPO\r\n", ":1: a command line must hold one word: 'DV\\x09TOPO'"},
+        {"DV\n", ":1: the file ends inside command DV opened on line 1"},
+        {"\nDV\n  A = 1", ":3: the file ends inside command DV opened on line 2"},
+        {"DV\n  LIST\n  1\n\n", ":4: the file ends inside command DV opened on line 1"},
+        {"DV\r\nA = 1\r\n# END_\r\n", ":3: the file ends inside command DV opened on line 1"},
+        {"X\nEND_\nDV\nEND\n", ":4: the file ends inside command DV opened on line 3"},
+        {std::string("D\0V\x7F", 4),
+         ":1: the file ends inside command D\\x00V\\x7F opened on line 1"},
+        // Quotations stop after 80 bytes, before a character that would not fit whole.
+        {"A = " + std::string(100, 'x'),
+         ":1: item line outside a command: 'A = " + std::string(76, 'x') + "...'"},
+        {std::string(79, 'k') + "\xC3\xA9 X\n",
+         ":1: a command line must hold one word: '" + std::string(79, 'k') + "...'"},
+    };
+    for (const auto& [bytes, message] : cases) {
+        Write(bytes);
+        EXPECT_EQ(FailureOf(path_), ShownPath() + message) << bytes;
+    }
+}
+
+TEST_F(ParFileTest, RefusesPathsItCannotRead) {
+    const std::string folder = testing::TempDir();
+    const std::pair<std::wstring, std::string> cases[] = {
+        {path_, ShownPath() + ": cannot be opened: No such file or directory"},
+        {ZentuFileUtil::from_utf8(folder), folder + ": is a directory"},
+        {std::wstring(L"job\0.par", 8), "job\\x00.par: cannot be opened: Invalid argument"},
+#if defined(__linux__)
+        {L"/proc/self/mem", "/proc/self/mem: cannot be read: Input/output error"},
+#endif
+    };
+    for (const auto& [path, message] : cases) {
+        EXPECT_EQ(FailureOf(path), message);
+    }
+}
+
+TEST_F(ParFileTest, GivesBackEveryValueAsTheWriterLaysItOut) {
+    const std::string values[] = {"",       "\n",  "\n\n", "1-10,\n12",
+                                  "a\n\nb", "a\n", "\na",  "1,3,5,7,9,11,13,15,17,19,\n21-41:2"};
+    for (const std::string& value : values) {
+        Write("\nDV\n  ID_NAME = D1\n  LIST\n  " + value + "\n  TYPE = X\n  TAIL\n  " + value +
+              "\nEND_\n\n\n");
+        const ZentuParFile file(path_);
+        ASSERT_EQ(std::distance(file.begin(), file.end()), 1);
+        const ZentuParCommand& command = *file.begin();
+        ASSERT_EQ(std::distance(command.begin(), command.end()), 4);
+        EXPECT_EQ(command.begin()[1].retrieveValue(), value);
+        EXPECT_EQ(command.begin()[3].retrieveValue(), value);
+    }
+}
+
+TEST_F(ParFileTest, ReadsA100MegabyteLine) {
+    const std::string value(100u << 20, 'v');
+    Write("DV\r\n  BIG = " + value + "\r\n  ID_NAME = D1\r\nEND_\r\n");
+    const ZentuParFile file(path_);
+    const ZentuParSubCommand& big = *file.begin()->begin();
+    EXPECT_EQ(big.GetName(), "BIG");
+    EXPECT_TRUE(big.retrieveValue() == value);
+    EXPECT_EQ(file.begin()->GetIdName(), "D1");
+}
+
+TEST_F(ParFileTest, ReadsLinesThatCrossReadBoundaries) {
+    constexpr std::size_t ITEMS = 20000;
+    std::string bytes = "DV\n";
+    for (std::size_t index = 0; index < ITEMS; ++index) {
+        bytes += "I = " + std::string(index % 97, 'x') + "\n";
+    }
+    Write(bytes + "END_");
+    const ZentuParFile file(path_);
+    ASSERT_EQ(std::distance(file.begin()->begin(), file.begin()->end()), ITEMS);
+    std::size_t index = 0;
+    for (const ZentuParSubCommand& item : *file.begin()) {
+        EXPECT_EQ(item.GetLine(), index + 2);
+        EXPECT_EQ(item.retrieveValue(), std::string(index % 97, 'x'));
+        ++index;
+    }
+}
+
+TEST_F(ParFileTest, ReadsBinaryGarbageOrFailsWithAPrintableMessage) {
+    const char bytesOfInterest[] = "DV\nEND_\n= #\r\0\xC3\xA9";
+    const std::string alphabet(bytesOfInterest, sizeof bytesOfInterest - 1);
+    std::mt19937 random(20240607);
+    for (int round = 0; round < 300; ++round) {
+        std::string bytes(1 + random() % 2000, '\0');
+        for (char& byte : bytes) {
+            byte = random() % 2 == 0 ? alphabet[random() % alphabet.size()]
+                                     : static_cast<char>(random());
+        }
+        Write(bytes);
+        try {
+            ZentuParFile file(path_);
+        } catch (const KPL_Failure& failure) {
+            const std::string& message = failure.GetMessage();
+            EXPECT_EQ(message.rfind(ShownPath() + ":", 0), 0u) << message;
+            EXPECT_TRUE(std::none_of(message.begin(), message.end(), [](char c) {
+                return static_cast<unsigned char>(c) < 0x20;
+            })) << message;
+        }
+    }
+}
+
+}  // namespace
