@@ -164,9 +164,10 @@ TEST(CmdAddItem, NullPointerAddsNothing) {
     cmd.AddStringItem(CmdItem::VALUE, "kept");
     cmd.AddItem(CmdItem::VALUE, std::unique_ptr<ZentuCmdItem>());
     cmd.AddItem(CmdItem::TYPE, nullptr);
-    EXPECT_EQ(Texts(cmd, CmdItem::VALUE), std::vector<std::string>{"KEPT"});
+    // Counted before anything reads the items, since a stored null would crash the reading.
+    ASSERT_EQ(TotalItems(cmd), 1U);
     EXPECT_FALSE(cmd.HasItem(CmdItem::TYPE, 0));
-    EXPECT_EQ(TotalItems(cmd), 1U);
+    EXPECT_EQ(Texts(cmd, CmdItem::VALUE), std::vector<std::string>{"KEPT"});
 }
 
 TEST(CmdAddItem, EveryFormAppendsInCallOrder) {

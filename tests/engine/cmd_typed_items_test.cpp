@@ -37,10 +37,12 @@ std::vector<const ZentuCmdItem*> Addresses(const ZentuCmd& cmd, CmdItem kind) {
     return addresses;
 }
 
-std::type_index ClassOf(const ZentuCmdItem& item) { return std::type_index(typeid(item)); }
+std::type_index ClassOf(const ZentuCmdItem& item) {
+    return std::type_index(typeid(item));
+}
 
 // A command with three VALUE items named V0, V1, V2 holding A, B, C.
-class ReplaceItemTest : public ::testing::Test {
+class CmdTypedReplace : public ::testing::Test {
   protected:
     void SetUp() override {
         for (const auto& [name, text] : {std::pair{"V0", "A"}, {"V1", "B"}, {"V2", "C"}}) {
@@ -79,7 +81,7 @@ TEST(CmdAutoItems, AppendTypedItemsNamedAsGivenOrAfterTheirKind) {
     EXPECT_EQ(cmd.Item(CmdItem::TYPE, 0).GetString(), "FIRST");
 }
 
-TEST_F(ReplaceItemTest, ReplacesInPlaceWithTheClassOfTheDescription) {
+TEST_F(CmdTypedReplace, ReplacesInPlaceWithTheClassOfTheDescription) {
     const ZentuCmdItemMetaData integer(CmdItem::VALUE, DataType::INTEGER, "", "", 1);
     cmd.ReplaceItem(integer, "N", " 12 ", keywords, 1);
     const std::vector<const ZentuCmdItem*> after = Addresses(cmd, CmdItem::VALUE);
@@ -97,7 +99,7 @@ TEST_F(ReplaceItemTest, ReplacesInPlaceWithTheClassOfTheDescription) {
     EXPECT_EQ(ClassOf(cmd.Item(CmdItem::VALUE, 2)), std::type_index(typeid(ZentuCmdEnumItem)));
 }
 
-TEST_F(ReplaceItemTest, ReplacesByDataType) {
+TEST_F(CmdTypedReplace, ReplacesByDataType) {
     cmd.ReplaceItem(CmdItem::VALUE, "S", "x", keywords, 0, DataType::STRING);
     cmd.ReplaceItem(CmdItem::VALUE, "R", "combine", keywords, 1, DataType::REFERENCE);
     cmd.ReplaceItem(CmdItem::VALUE, "E", "", keywords, 2, DataType::ENUM);
@@ -116,7 +118,7 @@ TEST_F(ReplaceItemTest, ReplacesByDataType) {
     EXPECT_EQ(cmd.Item(CmdItem::VALUE, 0).GetString(), "Z");
 }
 
-TEST_F(ReplaceItemTest, IndexPastTheEndChangesNothingAndBuildsNothing) {
+TEST_F(CmdTypedReplace, IndexPastTheEndChangesNothingAndBuildsNothing) {
     // A text that the factory would refuse shows that it is never asked.
     const ZentuCmdItemMetaData integer(CmdItem::VALUE, DataType::INTEGER, "", "", 1);
     EXPECT_NO_THROW(cmd.ReplaceItem(integer, "N", "abc", keywords, 3));
@@ -126,7 +128,7 @@ TEST_F(ReplaceItemTest, IndexPastTheEndChangesNothingAndBuildsNothing) {
     EXPECT_TRUE(cmd.Items(CmdItem::TYPE).empty());
 }
 
-TEST_F(ReplaceItemTest, RefusedTextLeavesTheOldItem) {
+TEST_F(CmdTypedReplace, RefusedTextLeavesTheOldItem) {
     const auto refusal = [](auto replace) {
         try {
             replace();

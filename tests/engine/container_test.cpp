@@ -245,7 +245,7 @@ TEST(ContainerAccessors, SetTypeLeavesTheCommandWhereItIs) {
 }
 
 // Three named DRESP commands with identifiers and one OBJ_FUNC command.
-struct MoveFixture : ::testing::Test {
+struct ContainerMoveCmd : ::testing::Test {
     ZentuCmdContainer container;
     ZentuCmd& a = container.CreateCommand(Cmd::DRESP, "OWN_A", "a");
     ZentuCmd& b = container.CreateCommand(Cmd::DRESP, "OWN_B", "b");
@@ -253,7 +253,7 @@ struct MoveFixture : ::testing::Test {
     ZentuCmd& existing = container.CreateCommand(Cmd::OBJ_FUNC, "EXISTING");
 };
 
-TEST_F(MoveFixture, MovedCommandIsRenamedAndAppendedToTheNewKind) {
+TEST_F(ContainerMoveCmd, MovedCommandIsRenamedAndAppendedToTheNewKind) {
     container.MoveCmd(Cmd::DRESP, 0, Cmd::OBJ_FUNC);
 
     EXPECT_EQ(Sequence(container, Cmd::DRESP), (std::vector<const ZentuCmd*>{&b, &c}));
@@ -270,7 +270,7 @@ TEST_F(MoveFixture, MovedCommandIsRenamedAndAppendedToTheNewKind) {
     EXPECT_EQ(ToInt(a.GetType()), ToInt(Cmd::CMD_PLACEHOLDER));
 }
 
-TEST_F(MoveFixture, IndexPastTheLastChangesNothing) {
+TEST_F(ContainerMoveCmd, IndexPastTheLastChangesNothing) {
     const std::string before = Snapshot(container);
     for (std::size_t index : {std::size_t{3}, std::size_t{5}, SIZE_MAX}) {
         container.MoveCmd(Cmd::DRESP, index, Cmd::OBJ_FUNC);
@@ -280,7 +280,7 @@ TEST_F(MoveFixture, IndexPastTheLastChangesNothing) {
     EXPECT_EQ(Snapshot(container), before);
 }
 
-TEST_F(MoveFixture, MovingWithinAKindGoesToItsEnd) {
+TEST_F(ContainerMoveCmd, MovingWithinAKindGoesToItsEnd) {
     container.MoveCmd(Cmd::DRESP, 0, Cmd::DRESP);
     EXPECT_EQ(Sequence(container, Cmd::DRESP), (std::vector<const ZentuCmd*>{&b, &c, &a}));
     EXPECT_EQ(a.GetName(), "DRESP");
@@ -712,7 +712,7 @@ TEST(CreateReferences, ChangesNothingButTheBindings) {
 }
 
 // A small deterministic generator, so the large case is the same on every platform.
-class Sequence32 {
+class DeterministicRandom {
   public:
     std::uint32_t Next(std::uint32_t bound) {
         state_ = state_ * 1664525U + 1013904223U;
@@ -740,7 +740,7 @@ const ZentuCmd* NaiveMatch(const ZentuCmdContainer& container, const std::string
     return nullptr;
 }
 
-std::string RandomId(Sequence32& random) {
+std::string RandomId(DeterministicRandom& random) {
     const std::uint32_t choice = random.Next(100);
     const std::string number = std::to_string(random.Next(900));
     if (choice < 3) {
@@ -751,7 +751,7 @@ std::string RandomId(Sequence32& random) {
 
 TEST(CreateReferences, AgreesWithAPlainSearchOnALargeContainer) {
     constexpr std::size_t kCommands = 2000;
-    Sequence32 random;
+    DeterministicRandom random;
     ZentuCmdContainer container;
     std::vector<ZentuCmd*> commands;
     for (std::size_t i = 0; i < kCommands; ++i) {

@@ -40,8 +40,8 @@ TEST(IoConfig, DefaultConstructorHoldsOnlyTheKeywordMap) {
     EXPECT_EQ(config.enum_map, ZentuCmdItemDefs::create_enum_map());
     ExpectNoSchemaNoRules(config);
 
-    for (const auto addValues : {ZentuCmdIoConfig::NO_DEFAULT_VALUES,
-                                 static_cast<ZentuCmdIoConfig::AddValues>(7)}) {
+    for (const auto addValues :
+         {ZentuCmdIoConfig::NO_DEFAULT_VALUES, static_cast<ZentuCmdIoConfig::AddValues>(7)}) {
         const ZentuCmdIoConfig bare(addValues);
         EXPECT_TRUE(bare.enum_map.empty()) << addValues;
         ExpectNoSchemaNoRules(bare);
@@ -83,10 +83,11 @@ TEST(IoConfig, FirstDescriptionUnderAKeywordStays) {
 // Rules that record their call, so the test can tell which stored rule is which.
 std::vector<std::string> g_calls;
 
-void ManipulateFirst(ZentuCmdContainer&, const KeywordMap&) { g_calls.emplace_back("M0"); }
+void ManipulateFirst(ZentuCmdContainer&, const KeywordMap&) {
+    g_calls.emplace_back("M0");
+}
 
-void DefaultFirst(ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&,
-                  const KeywordMap&) {
+void DefaultFirst(ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&, const KeywordMap&) {
     g_calls.emplace_back("D0");
 }
 
@@ -96,11 +97,11 @@ TEST(IoConfig, RuleSequenceFollowsTheOrderOfRegistration) {
     ZentuCmdIoConfig config;
     config.AddRule(&ManipulateFirst);
     config.AddRule(DefaultValueRule{Cmd::DV, &DefaultFirst, true});
-    config.AddRule(DefaultValueRule{
-        Cmd::STOP,
-        [captured](ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&,
-                   const KeywordMap&) { g_calls.push_back(captured); },
-        false});
+    config.AddRule(
+        DefaultValueRule{Cmd::STOP,
+                         [captured](ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&,
+                                    const KeywordMap&) { g_calls.push_back(captured); },
+                         false});
     config.AddRule([](ZentuCmdContainer&, const KeywordMap&) { g_calls.emplace_back("M1"); });
 
     const Sequence expected = {{ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 0},

@@ -32,7 +32,9 @@ const KeywordMap& Keywords() {
     return keywords;
 }
 
-std::type_index ClassOf(const ZentuCmdItem& item) { return std::type_index(typeid(item)); }
+std::type_index ClassOf(const ZentuCmdItem& item) {
+    return std::type_index(typeid(item));
+}
 
 template <typename Build>
 KPL_Failure RefusalOf(Build build) {
@@ -95,14 +97,13 @@ TEST(ItemFactory, BuildsTheClassOfTheDataTypeFromUnchangedText) {
 TEST(ItemFactory, OnlyAutomaticItemsUseTheKeywordMap) {
     const auto automatic = ZentuCmdItemFactory::create(DataType::AUTO, "T", "combine", Keywords());
     EXPECT_EQ(ToInt(automatic->GetEnum()), ToInt(EnumValue::COMBINE));
-    const auto reference =
-        ZentuCmdItemFactory::create(DataType::REFERENCE, "G", "G1", Keywords());
+    const auto reference = ZentuCmdItemFactory::create(DataType::REFERENCE, "G", "G1", Keywords());
     EXPECT_EQ(ClassOf(*reference), ClassOf(*automatic));
     EXPECT_FALSE(reference->HasReference());
 
     const ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}}, "");
-    const KPL_Failure failure = RefusalOf(
-        [&] { ZentuCmdItemFactory::create("TYPE", "COMBINE", description, Keywords()); });
+    const KPL_Failure failure =
+        RefusalOf([&] { ZentuCmdItemFactory::create("TYPE", "COMBINE", description, Keywords()); });
     EXPECT_EQ(failure.GetMessage(), EnumRefusal("COMBINE", "TYPE", "NODAL"));
     EXPECT_EQ(failure.GetTag(), "|%P|ZentuCmdEngine|ZentuCmdEnumItem");
 }
@@ -118,8 +119,8 @@ TEST(ItemFactory, RefusalsPassThroughWithTheItemsTexts) {
     const auto automatic = ZentuCmdItemFactory::create(DataType::AUTO, "V", "12abc", Keywords());
     EXPECT_EQ(automatic->GetString(), "12ABC");
 
-    const KPL_Failure realFailure = RefusalOf(
-        [] { ZentuCmdItemFactory::create(DataType::REAL, "WEIGHT", "1,5", Keywords()); });
+    const KPL_Failure realFailure =
+        RefusalOf([] { ZentuCmdItemFactory::create(DataType::REAL, "WEIGHT", "1,5", Keywords()); });
     EXPECT_EQ(realFailure.GetMessage(),
               "The item WEIGHT has an invalid type. '1,5' must be a scalar value.");
     EXPECT_EQ(realFailure.GetTag(), "|%P|ZentuCmdEngine|ZentuCmdScalarItem");

@@ -112,10 +112,10 @@ TEST_F(ParOutputTest, WritesTheExactLayout) {
              cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdIntItem>("N", -3));
              cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdScalarItem>("R", 0.1));
              cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdRawStringItem>("RAW", "5%s %d"));
-             cmd.AddItem(CmdItem::VALUE,
-                         std::make_unique<ZentuCmdEnumItem>(
-                             "E", "nod",
-                             ZentuCmdItemMetaData(CmdItem::TYPE, {{"NODAL", 3}}, "").keywords));
+             cmd.AddItem(
+                 CmdItem::VALUE,
+                 std::make_unique<ZentuCmdEnumItem>(
+                     "E", "nod", ZentuCmdItemMetaData(CmdItem::TYPE, {{"NODAL", 3}}, "").keywords));
              AddAuto(cmd, CmdItem::VALUE, "AUTO", " 2.5 ");
              AddAuto(cmd, CmdItem::VALUE, "Q", "'1,2'");
          },

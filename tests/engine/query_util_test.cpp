@@ -137,8 +137,8 @@ TEST(CmdUtil, ReplaceItemsLeavesOneAutomaticItem) {
 TEST(ContainerUtil, EnumTestTriesEveryCommandOfTheKind) {
     ZentuCmdContainer container;
     const auto has = [&](Cmd kind, EnumValue value) {
-        return ZentuCmdContainer_Util::has_container_enum_with_value(container, kind,
-                                                                     CmdItem::TYPE, value);
+        return ZentuCmdContainer_Util::has_container_enum_with_value(container, kind, CmdItem::TYPE,
+                                                                     value);
     };
     EXPECT_FALSE(has(Cmd::OPERATOR, ZentuCmdItemDefs::NO_ENUM_VALUE));
 

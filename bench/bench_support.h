@@ -1,0 +1,41 @@
+// What the benchmarks of whole jobs share: fresh containers for steps that consume their input,
+// and figures per command or per expression, which must stay flat as jobs grow.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "ZentuCmdContainer.h"
+
+namespace ZentuBenchSupport {
+
+// Runs work once per iteration on a container that prepare has just filled. Steps such as the
+// expression rule change the container they run on, so each run needs a new one; filling it and
+// destroying the previous one are paused out of the time. A pause costs about a microsecond,
+// against the milliseconds that work takes on the smallest job, so it does not blur the figure.
+template <typename Prepare, typename Work>
+void run_on_fresh_containers(benchmark::State& state, Prepare prepare, Work work) {
+    ZentuCmdContainer container;
+    for (auto _ : state) {
+        state.PauseTiming();
+        container = ZentuCmdContainer();
+        prepare(container);
+        state.ResumeTiming();
+        work(container);
+    }
+}
+
+// Reports units (commands, expressions) per iteration: Google Benchmark then prints units per
+// second, and, under counterName, the time per unit that is compared across sizes.
+inline void report_per_unit(benchmark::State& state, std::size_t units,
+                            const std::string& counterName) {
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(units));
+    state.counters[counterName] = benchmark::Counter(
+        static_cast<double>(units),
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+}  // namespace ZentuBenchSupport

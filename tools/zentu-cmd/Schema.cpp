@@ -1,0 +1,495 @@
+#include "Schema.h"
+
+#include <algorithm>
+#include <array>
+#include <fstream>
+#include <ostream>
+#include <set>
+#include <sstream>
+
+#include "RuleRegistry.h"
+#include "ToolError.h"
+#include "ZentuCmdMetaData.h"
+
+using nlohmann::json;
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
+
+namespace zentu_cmd {
+
+namespace {
+
+const std::array<std::string, ZentuCmdItemDefs::DATA_TYPE_COUNT> DATA_TYPE_NAMES = {
+    "INTEGER",    "REAL", "VECTOR3D",  "STRING", "RAW_STRING", "RESERVED",
+    "BRELT_LIST", "LIST", "REFERENCE", "ENUM",   "AUTO"};
+
+// Where in a schema document an entry stands, for messages that point the user at it.
+class EntryPath {
+  public:
+    explicit EntryPath(std::string source) : text_(std::move(source)) {}
+
+    EntryPath Child(const std::string& list, std::size_t index, const std::string& name) const {
+        EntryPath child = *this;
+        child.text_ += (child.text_.empty() ? "" : ": ") + list + "[" + std::to_string(index) + "]";
+        if (!name.empty()) {
+            child.text_ += " (" + name + ")";
+        }
+        return child;
+    }
+
+    [[noreturn]] void Fail(const std::string& reason) const {
+        throw ToolError(text_ + ": " + reason);
+    }
+
+  private:
+    std::string text_;
+};
+
+std::string joined(const std::string* first, const std::string* last) {
+    std::string text;
+    for (const std::string* name = first; name != last; ++name) {
+        text += (text.empty() ? "" : ", ") + *name;
+    }
+    return text;
+}
+
+template <typename Enum, std::size_t N>
+Enum enum_named(const std::array<std::string, N>& names, const json& value, const char* what,
+                const EntryPath& path) {
+    if (value.is_string()) {
+        const auto found = std::find(names.begin(), names.end(), value.get<std::string>());
+        if (found != names.end()) {
+            return static_cast<Enum>(found - names.begin());
+        }
+    }
+    path.Fail("unknown " + std::string(what) + " " + value.dump() + " (expected one of " +
+              joined(names.data(), names.data() + N) + ")");
+}
+
+const json& required(const json& object, const char* field, const EntryPath& path) {
+    const auto found = object.find(field);
+    if (found == object.end()) {
+        path.Fail(std::string("missing \"") + field + "\"");
+    }
+    return *found;
+}
+
+std::string text_field(const json& object, const char* field, const EntryPath& path,
+                       bool mandatory) {
+    const auto found = object.find(field);
+    if (found == object.end()) {
+        if (mandatory) {
+            path.Fail(std::string("missing \"") + field + "\"");
+        }
+        return {};
+    }
+    if (!found->is_string()) {
+        path.Fail(std::string("\"") + field + "\" must be a text");
+    }
+    return found->get<std::string>();
+}
+
+void reject_unknown_fields(const json& object, std::initializer_list<const char*> known,
+                           const EntryPath& path) {
+    for (const auto& [field, value] : object.items()) {
+        if (std::none_of(known.begin(), known.end(),
+                         [&field = field](const char* name) { return field == name; })) {
+            path.Fail("unknown field \"" + field + "\"");
+        }
+    }
+}
+
+bool is_upper_case(const std::string& text) {
+    return std::none_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+// Keywords come as a list of the library's keywords (their values looked up) or as an object
+// of keyword to value.
+std::vector<std::pair<std::string, int>> parse_keywords(const json& value, const EntryPath& path) {
+    std::vector<std::pair<std::string, int>> keywords;
+    if (value.is_array()) {
+        const ZentuCmdItemDefs::KeywordMap known = ZentuCmdItemDefs::create_enum_map();
+        for (const json& keyword : value) {
+            const auto found =
+                keyword.is_string() ? known.find(keyword.get<std::string>()) : known.end();
+            if (found == known.end()) {
+                path.Fail("keyword " + keyword.dump() +
+                          " is not one of the library's keywords; give its value as "
+                          "\"keywords\": {\"TEXT\": value}");
+            }
+            keywords.emplace_back(found->first, static_cast<int>(found->second));
+        }
+    } else if (value.is_object()) {
+        for (const auto& [keyword, number] : value.items()) {
+            if (!number.is_number_integer()) {
+                path.Fail("the value of keyword \"" + keyword + "\" must be an integer");
+            }
+            keywords.emplace_back(keyword, number.get<int>());
+        }
+    } else {
+        path.Fail("\"keywords\" must be a list of keywords or an object of keyword to value");
+    }
+    for (const auto& [keyword, number] : keywords) {
+        if (keyword.empty() || !is_upper_case(keyword)) {
+            path.Fail("keyword \"" + keyword + "\" must be upper case, as texts are matched so");
+        }
+    }
+    return keywords;
+}
+
+void check_default(const ItemSchema& item, const EntryPath& path) {
+    const json& value = item.default_value;
+    if (value.is_null()) {
+        return;
+    }
+    switch (item.type) {
+        case DataType::INTEGER:
+            if (!value.is_number_integer() || value.get<long long>() < INT32_MIN ||
+                value.get<long long>() > INT32_MAX) {
+                path.Fail("the default of an INTEGER item must be a 32-bit integer");
+            }
+            return;
+        case DataType::REAL:
+            if (!value.is_number()) {
+                path.Fail("the default of a REAL item must be a number");
+            }
+            return;
+        case DataType::REFERENCE:
+            path.Fail("a REFERENCE item cannot have a default");
+        default:
+            if (!value.is_string()) {
+                path.Fail("the default must be a text");
+            }
+    }
+    if (item.type == DataType::ENUM &&
+        std::none_of(item.keywords.begin(), item.keywords.end(),
+                     [&](const auto& keyword) { return keyword.first == value; })) {
+        path.Fail("the default " + value.dump() + " is not one of the item's keywords");
+    }
+}
+
+ItemSchema parse_item(const json& entry, const EntryPath& path) {
+    if (!entry.is_object()) {
+        path.Fail("an item must be an object");
+    }
+    reject_unknown_fields(
+        entry, {"name", "kind", "type", "default", "keywords", "references", "description"}, path);
+    ItemSchema item;
+    item.name = text_field(entry, "name", path, true);
+    if (item.name.empty() || !is_upper_case(item.name)) {
+        path.Fail("the item name must be upper case, as names read from files are");
+    }
+    item.kind = entry.contains("kind")
+                    ? enum_named<CmdItem>(ZentuCmdItemDefs::CMD_ITEM_NAMES, entry["kind"],
+                                          "item kind", path)
+                    : enum_named<CmdItem>(ZentuCmdItemDefs::CMD_ITEM_NAMES, entry["name"],
+                                          "item kind (give \"kind\")", path);
+    item.type =
+        enum_named<DataType>(DATA_TYPE_NAMES, required(entry, "type", path), "data type", path);
+    item.description = text_field(entry, "description", path, false);
+    if (item.type == DataType::ENUM) {
+        item.keywords = parse_keywords(required(entry, "keywords", path), path);
+    } else if (entry.contains("keywords")) {
+        path.Fail("only ENUM items have \"keywords\"");
+    }
+    if (item.type == DataType::REFERENCE) {
+        item.references = enum_named<Cmd>(
+            ZentuCmdDefs::CMD_NAMES, required(entry, "references", path), "command kind", path);
+    } else if (entry.contains("references")) {
+        path.Fail("only REFERENCE items have \"references\"");
+    }
+    if (entry.contains("default")) {
+        item.default_value = entry["default"];
+    }
+    check_default(item, path);
+    return item;
+}
+
+CommandSchema parse_command(const json& entry, const EntryPath& path) {
+    if (!entry.is_object()) {
+        path.Fail("a command must be an object");
+    }
+    reject_unknown_fields(entry, {"keyword", "kind", "create_default", "description", "items"},
+                          path);
+    CommandSchema command;
+    command.keyword = text_field(entry, "keyword", path, true);
+    if (command.keyword.empty() || !is_upper_case(command.keyword) ||
+        command.keyword.find_first_of(" \t") != std::string::npos) {
+        path.Fail("the keyword must be one upper-case word, as keywords read from files are");
+    }
+    command.kind =
+        entry.contains("kind")
+            ? enum_named<Cmd>(ZentuCmdDefs::CMD_NAMES, entry["kind"], "command kind", path)
+            : enum_named<Cmd>(ZentuCmdDefs::CMD_NAMES, entry["keyword"],
+                              "command kind (give \"kind\")", path);
+    if (const auto flag = entry.find("create_default"); flag != entry.end()) {
+        if (!flag->is_boolean()) {
+            path.Fail("\"create_default\" must be true or false");
+        }
+        command.create_default = flag->get<bool>();
+    }
+    command.description = text_field(entry, "description", path, false);
+    const json& items = entry.contains("items") ? entry["items"] : json::array();
+    if (!items.is_array()) {
+        path.Fail("\"items\" must be a list");
+    }
+    std::set<std::string> names;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const std::string name =
+            items[i].is_object() && items[i].contains("name") && items[i]["name"].is_string()
+                ? items[i]["name"].get<std::string>()
+                : std::string();
+        const EntryPath itemPath = path.Child("items", i, name);
+        command.items.push_back(parse_item(items[i], itemPath));
+        if (!names.insert(command.items.back().name).second) {
+            itemPath.Fail("the item is described twice");
+        }
+    }
+    return command;
+}
+
+RuleSchema parse_rule(const json& entry, const EntryPath& path) {
+    if (!entry.is_object()) {
+        path.Fail("a rule must be an object");
+    }
+    RuleSchema rule;
+    rule.rule = text_field(entry, "rule", path, true);
+    rule.description = text_field(entry, "description", path, false);
+    rule.parameters = entry;
+    rule.parameters.erase("rule");
+    rule.parameters.erase("description");
+    if (const std::string problem = rule_problem(rule); !problem.empty()) {
+        path.Fail(problem);
+    }
+    return rule;
+}
+
+ZentuCmdItemMetaData item_metadata(const ItemSchema& item, Completion completion) {
+    const bool withDefault = completion == Completion::FULL && !item.default_value.is_null();
+    switch (item.type) {
+        case DataType::INTEGER:
+            return withDefault
+                       ? ZentuCmdItemMetaData(item.kind, item.default_value.get<int>(), "", 1)
+                       : ZentuCmdItemMetaData(item.kind, item.type, "", "", 1);
+        case DataType::REAL:
+            return withDefault
+                       ? ZentuCmdItemMetaData(item.kind, item.default_value.get<double>(), "", 1)
+                       : ZentuCmdItemMetaData(item.kind, item.type, "", "", 1);
+        case DataType::REFERENCE:
+            return ZentuCmdItemMetaData(item.kind, item.references, "");
+        case DataType::ENUM: {
+            ZentuCmdItemMetaData metadata(item.kind, {},
+                                          withDefault ? item.default_value.get<std::string>() : "");
+            for (const auto& [keyword, value] : item.keywords) {
+                metadata.keywords.Insert(keyword.c_str(), value);
+            }
+            return metadata;
+        }
+        default:
+            return ZentuCmdItemMetaData(item.kind, item.type,
+                                        withDefault ? item.default_value.get<std::string>() : "",
+                                        "", 1);
+    }
+}
+
+std::string default_text(const ItemSchema& item) {
+    if (item.default_value.is_null()) {
+        return {};
+    }
+    return item.default_value.is_string() ? item.default_value.get<std::string>()
+                                          : item.default_value.dump();
+}
+
+std::string values_text(const ItemSchema& item) {
+    if (item.type == DataType::REFERENCE) {
+        return "a " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)] +
+               " identifier";
+    }
+    std::string text;
+    for (const auto& [keyword, value] : item.keywords) {
+        text += (text.empty() ? "" : ", ") + keyword;
+    }
+    return text;
+}
+
+}  // namespace
+
+const std::string& data_type_name(DataType type) {
+    return DATA_TYPE_NAMES[static_cast<std::size_t>(type)];
+}
+
+Schema builtin_schema() {
+    return parse_schema(json::parse(builtin_schema_text()), "built-in schema");
+}
+
+Schema load_schema_file(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        throw ToolError(path + ": cannot be opened");
+    }
+    json document;
+    try {
+        document = json::parse(in);
+    } catch (const json::parse_error& error) {
+        throw ToolError(path + ": not valid JSON: " + error.what());
+    }
+    return parse_schema(document, path);
+}
+
+Schema parse_schema(const json& document, const std::string& source) {
+    const EntryPath path(source);
+    if (!document.is_object()) {
+        path.Fail("a schema must be a JSON object with \"commands\" and \"rules\"");
+    }
+    reject_unknown_fields(document, {"description", "commands", "rules"}, path);
+    Schema schema;
+    schema.description = text_field(document, "description", path, false);
+    const json& commands = required(document, "commands", path);
+    const json& rules = document.contains("rules") ? document["rules"] : json::array();
+    if (!commands.is_array() || !rules.is_array()) {
+        path.Fail("\"commands\" and \"rules\" must be lists");
+    }
+    std::set<std::string> keywords;
+    for (std::size_t i = 0; i < commands.size(); ++i) {
+        const std::string keyword = commands[i].is_object() && commands[i].contains("keyword") &&
+                                            commands[i]["keyword"].is_string()
+                                        ? commands[i]["keyword"].get<std::string>()
+                                        : std::string();
+        const EntryPath commandPath = path.Child("commands", i, keyword);
+        schema.commands.push_back(parse_command(commands[i], commandPath));
+        if (!keywords.insert(schema.commands.back().keyword).second) {
+            commandPath.Fail("the keyword is described twice");
+        }
+    }
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        const std::string name =
+            rules[i].is_object() && rules[i].contains("rule") && rules[i]["rule"].is_string()
+                ? rules[i]["rule"].get<std::string>()
+                : std::string();
+        schema.rules.push_back(parse_rule(rules[i], path.Child("rules", i, name)));
+    }
+    return schema;
+}
+
+json to_json(const Schema& schema) {
+    json commands = json::array();
+    for (const CommandSchema& command : schema.commands) {
+        json items = json::array();
+        for (const ItemSchema& item : command.items) {
+            json entry = {
+                {"name", item.name},
+                {"kind", ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(item.kind)]},
+                {"type", data_type_name(item.type)}};
+            if (item.type == DataType::ENUM) {
+                json keywords = json::object();
+                for (const auto& [keyword, value] : item.keywords) {
+                    keywords[keyword] = value;
+                }
+                entry["keywords"] = keywords;
+            }
+            if (item.type == DataType::REFERENCE) {
+                entry["references"] =
+                    ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
+            }
+            if (!item.default_value.is_null()) {
+                entry["default"] = item.default_value;
+            }
+            if (!item.description.empty()) {
+                entry["description"] = item.description;
+            }
+            items.push_back(entry);
+        }
+        json entry = {{"keyword", command.keyword},
+                      {"kind", ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]},
+                      {"create_default", command.create_default}};
+        if (!command.description.empty()) {
+            entry["description"] = command.description;
+        }
+        entry["items"] = items;
+        commands.push_back(entry);
+    }
+    json rules = json::array();
+    for (const RuleSchema& rule : schema.rules) {
+        json entry = {{"rule", rule.rule}};
+        entry.update(rule.parameters);
+        if (!rule.description.empty()) {
+            entry["description"] = rule.description;
+        }
+        rules.push_back(entry);
+    }
+    json document = json::object();
+    if (!schema.description.empty()) {
+        document["description"] = schema.description;
+    }
+    document["commands"] = commands;
+    document["rules"] = rules;
+    return document;
+}
+
+ZentuCmdIoConfig build_config(const Schema& schema, Completion completion) {
+    ZentuCmdIoConfig config;
+    for (const CommandSchema& command : schema.commands) {
+        ZentuCmdMetaData::ItemMap items;
+        for (const ItemSchema& item : command.items) {
+            items.emplace(item.name, item_metadata(item, completion));
+        }
+        config.AddCmdMetadata(command.keyword, ZentuCmdMetaData(command.kind, std::move(items),
+                                                                completion == Completion::FULL &&
+                                                                    command.create_default));
+    }
+    if (completion == Completion::FULL) {
+        for (const RuleSchema& rule : schema.rules) {
+            add_rule(rule, config);
+        }
+    }
+    return config;
+}
+
+void print_schema_table(const Schema& schema, std::ostream& out) {
+    if (!schema.description.empty()) {
+        out << schema.description << "\n\n";
+    }
+    for (const CommandSchema& command : schema.commands) {
+        out << command.keyword << " ("
+            << ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]
+            << (command.create_default ? ", created by default" : "") << ")";
+        if (!command.description.empty()) {
+            out << ": " << command.description;
+        }
+        out << "\n";
+        std::size_t width = 4;
+        for (const ItemSchema& item : command.items) {
+            width = std::max(width, item.name.size());
+        }
+        for (const ItemSchema& item : command.items) {
+            std::ostringstream line;
+            line << "  " << item.name << std::string(width - item.name.size() + 2, ' ')
+                 << data_type_name(item.type);
+            if (!item.default_value.is_null()) {
+                line << ", default " << default_text(item);
+            }
+            if (const std::string values = values_text(item); !values.empty()) {
+                line << ", " << values;
+            }
+            if (!item.description.empty()) {
+                line << ": " << item.description;
+            }
+            out << line.str() << "\n";
+        }
+        out << "\n";
+    }
+    out << "Rules, in the order in which they run:\n";
+    for (const RuleSchema& rule : schema.rules) {
+        out << "  " << rule.rule;
+        if (!rule.parameters.empty()) {
+            out << " " << rule.parameters.dump();
+        }
+        if (!rule.description.empty()) {
+            out << ": " << rule.description;
+        }
+        out << "\n";
+    }
+}
+
+}  // namespace zentu_cmd
