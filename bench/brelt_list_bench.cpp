@@ -51,4 +51,14 @@ void BM_RefuseNonList(benchmark::State& state) {
 }
 BENCHMARK(BM_RefuseNonList);
 
+// A range that would pass the list bound is refused before any of its values is added.
+void BM_RefuseRangeBeyondBound(benchmark::State& state) {
+    const std::string text = "1-2000000000";
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(is_brelt_list(text));
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(BM_RefuseRangeBeyondBound);
+
 }  // namespace

@@ -70,8 +70,8 @@ std::string ClassOf(const ZentuCmdItem& item) {
 // One line per command, so that whole containers are compared as text: its name, its kind, and
 // per item its kind, name, text and class.
 std::string Render(const ZentuCmd& cmd) {
-    std::string line = cmd.GetName() + "@" +
-                       ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(cmd.GetType())];
+    std::string line =
+        cmd.GetName() + "@" + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(cmd.GetType())];
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
         for (const auto& item : cmd.Items(static_cast<CmdItem>(kind))) {
             line += " " + ZentuCmdItemDefs::CMD_ITEM_NAMES[kind] + ":" + item->GetName() + "=" +
@@ -130,9 +130,8 @@ class RuleEngineTest : public ::testing::Test {
 
     // A container rule that only records that it ran.
     void AddLoggingRule(const std::string& label) {
-        config_.AddRule([this, label](ZentuCmdContainer&, const KeywordMap&) {
-            log_.push_back(label);
-        });
+        config_.AddRule(
+            [this, label](ZentuCmdContainer&, const KeywordMap&) { log_.push_back(label); });
     }
 
     std::vector<std::string> VisitOrder() const {
@@ -184,11 +183,11 @@ TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheO
 
     EXPECT_EQ(log_, (std::vector<std::string>{"create", "count 2"}));
     EXPECT_EQ(VisitOrder(), (std::vector<std::string>{"VISIT:DV", "VISIT:DV"}));
-    EXPECT_EQ(Render(container_), (std::vector<std::string>{
-                                      "DV@DV ID_NAME:ID_NAME=V1/string "
-                                      "DESCRIPTION:DESCRIPTION=SEEN_BY_VISIT/string",
-                                      "DV@DV ID_NAME:ID_NAME=V2/string "
-                                      "DESCRIPTION:DESCRIPTION=SEEN_BY_VISIT/string"}));
+    EXPECT_EQ(Render(container_),
+              (std::vector<std::string>{"DV@DV ID_NAME:ID_NAME=V1/string "
+                                        "DESCRIPTION:DESCRIPTION=SEEN_BY_VISIT/string",
+                                        "DV@DV ID_NAME:ID_NAME=V2/string "
+                                        "DESCRIPTION:DESCRIPTION=SEEN_BY_VISIT/string"}));
 }
 
 TEST_F(RuleEngineTest, SkipsPairsOfOtherRuleTypesAndRunsTheRest) {
@@ -235,8 +234,7 @@ TEST_F(RuleEngineTest, LeavesAKindWithoutCommandsAloneUnlessAskedToCreateOne) {
 }
 
 TEST_F(RuleEngineTest, CreatesAMissingCommandUnderTheKindsNameWithoutDefaultItems) {
-    Describe("DRESP", Cmd::DRESP)
-        .AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1));
+    Describe("DRESP", Cmd::DRESP).AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1));
     AddVisitingRule("VISIT", Cmd::DRESP, true);
 
     Rules::apply_rules(container_, config_);
@@ -306,43 +304,43 @@ TEST_P(MissingConfiguration, FailsWithTheIdentifiedMessageAndRunsNoLaterRule) {
 
 INSTANTIATE_TEST_SUITE_P(
     RuleEngine, MissingConfiguration,
-    ::testing::Values(
-        MissingConfigurationCase{"no description at all",
-                                 Cmd::DV,
-                                 "DV",
-                                 {},
-                                 "Configuration for DV of type 3 not available.",
-                                 {"DV@DV ID_NAME:ID_NAME=C1/string"}},
-        MissingConfigurationCase{"the name describes another kind",
-                                 Cmd::DV,
-                                 "DV",
-                                 {{"DV", Cmd::DRESP}},
-                                 "Configuration for DV of type 3 not available.",
-                                 {"DV@DV ID_NAME:ID_NAME=C1/string"}},
-        MissingConfigurationCase{"names are matched exactly, case included",
-                                 Cmd::DV,
-                                 "dv",
-                                 {{"DV", Cmd::DV}},
-                                 "Configuration for dv of type 3 not available.",
-                                 {"dv@DV ID_NAME:ID_NAME=C1/string"}},
-        MissingConfigurationCase{"another keyword of the kind is no match",
-                                 Cmd::DV,
-                                 "DV_TOPO",
-                                 {{"DV", Cmd::DV}},
-                                 "Configuration for DV_TOPO of type 3 not available.",
-                                 {"DV_TOPO@DV ID_NAME:ID_NAME=C1/string"}},
-        MissingConfigurationCase{"a keyword read without description",
-                                 Cmd::CMD_PLACEHOLDER,
-                                 "FOO",
-                                 {{"DV", Cmd::DV}},
-                                 "Configuration for FOO of type 20 not available.",
-                                 {"FOO@CMD_PLACEHOLDER ID_NAME:ID_NAME=C1/string"}},
-        MissingConfigurationCase{"the created command stays",
-                                 Cmd::DRESP,
-                                 nullptr,
-                                 {{"DRESP_X", Cmd::DRESP}},
-                                 "Configuration for DRESP of type 4 not available.",
-                                 {"DRESP@DRESP ID_NAME:ID_NAME=__DEFAULT_DRESP/string"}}));
+    ::testing::Values(MissingConfigurationCase{"no description at all",
+                                               Cmd::DV,
+                                               "DV",
+                                               {},
+                                               "Configuration for DV of type 3 not available.",
+                                               {"DV@DV ID_NAME:ID_NAME=C1/string"}},
+                      MissingConfigurationCase{"the name describes another kind",
+                                               Cmd::DV,
+                                               "DV",
+                                               {{"DV", Cmd::DRESP}},
+                                               "Configuration for DV of type 3 not available.",
+                                               {"DV@DV ID_NAME:ID_NAME=C1/string"}},
+                      MissingConfigurationCase{"names are matched exactly, case included",
+                                               Cmd::DV,
+                                               "dv",
+                                               {{"DV", Cmd::DV}},
+                                               "Configuration for dv of type 3 not available.",
+                                               {"dv@DV ID_NAME:ID_NAME=C1/string"}},
+                      MissingConfigurationCase{"another keyword of the kind is no match",
+                                               Cmd::DV,
+                                               "DV_TOPO",
+                                               {{"DV", Cmd::DV}},
+                                               "Configuration for DV_TOPO of type 3 not available.",
+                                               {"DV_TOPO@DV ID_NAME:ID_NAME=C1/string"}},
+                      MissingConfigurationCase{"a keyword read without description",
+                                               Cmd::CMD_PLACEHOLDER,
+                                               "FOO",
+                                               {{"DV", Cmd::DV}},
+                                               "Configuration for FOO of type 20 not available.",
+                                               {"FOO@CMD_PLACEHOLDER ID_NAME:ID_NAME=C1/string"}},
+                      MissingConfigurationCase{
+                          "the created command stays",
+                          Cmd::DRESP,
+                          nullptr,
+                          {{"DRESP_X", Cmd::DRESP}},
+                          "Configuration for DRESP of type 4 not available.",
+                          {"DRESP@DRESP ID_NAME:ID_NAME=__DEFAULT_DRESP/string"}}));
 
 TEST_F(RuleEngineTest, CommandsVisitedBeforeTheFailingOneKeepWhatTheRuleDid) {
     Describe("DV", Cmd::DV);

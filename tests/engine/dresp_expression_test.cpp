@@ -162,7 +162,7 @@ std::vector<ExpressionCase> HandDerivedCases() {
     const std::vector<Term> none;
     return {
         // 2 %A% * 3 %B% * +
-        //   2 %A% *   S=[M0]     W=(2)    N=(%A% )
+        //   2 %A% *   S=[M0]     W=(2)    N=(%A%)
         //   3 %B% *   S=[M0 M0]  W=(2 3)  N=(%A% %B%)
         //   + (A)     S=[M1]     W=(2 3)
         {"WorkedProductsJoinedByPlus", "2*%A% + 3*%B%", true, {{"A", 2}, {"B", 3}}, {}},
@@ -406,10 +406,10 @@ std::vector<ExpressionCase> HandDerivedCases() {
 
 // DRESP A, B, C; one listed as %d9% that no upper-case lookup finds; one without identifier,
 // listed as %%; and the OPERATOR P that holds the expression.
-class ExpressionTable : public DrespExpressionTest,
-                        public ::testing::WithParamInterface<ExpressionCase> {
+class DrespExpressionTable : public DrespExpressionTest,
+                             public ::testing::WithParamInterface<ExpressionCase> {
   protected:
-    ExpressionTable() {
+    DrespExpressionTable() {
         for (const char* id : {"A", "B", "C"}) {
             Dresp(id);
         }
@@ -420,7 +420,7 @@ class ExpressionTable : public DrespExpressionTest,
     }
 };
 
-TEST_P(ExpressionTable, ExpandsIntoTheHandDerivedItems) {
+TEST_P(DrespExpressionTable, ExpandsIntoTheHandDerivedItems) {
     const ExpressionCase& expected = GetParam();
     Run();
 
@@ -438,7 +438,7 @@ TEST_P(ExpressionTable, ExpandsIntoTheHandDerivedItems) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(HandDerived, ExpressionTable, ::testing::ValuesIn(HandDerivedCases()),
+INSTANTIATE_TEST_SUITE_P(HandDerived, DrespExpressionTable, ::testing::ValuesIn(HandDerivedCases()),
                          [](const auto& info) { return std::string(info.param.label); });
 
 // ---- Several commands, and what the rule leaves alone ----
@@ -454,6 +454,19 @@ TEST_F(DrespExpressionTest, OperatorReferringToAnotherOperator) {
     Run();
     EXPECT_TRUE(IsCombination(container_, first, true, {{"A", 1}, {"B", 1}}));
     EXPECT_TRUE(IsCombination(container_, second, true, {{"P1", 2}, {"A", -1}}));
+}
+
+TEST_F(DrespExpressionTest, TermsNameTheFirstCommandUnderTheirIdentifier) {
+    const ZentuCmd& firstA = Dresp("A");
+    Dresp("A");
+    container_.CreateCommand(Cmd::OPERATOR, "OPERATOR", "B");
+    const ZentuCmd& responseB = Dresp("B");
+    // %A% %B% + (C4): W=(1 1); a DRESP is preferred to an OPERATOR of the same identifier.
+    const ZentuCmd& subject = Operator("P", "%A% + %B%");
+    Run();
+    ASSERT_TRUE(IsCombination(container_, subject, true, {{"A", 1}, {"B", 1}}));
+    EXPECT_EQ(subject.Items(CmdItem::DV)[0]->GetReference(), &firstA);
+    EXPECT_EQ(subject.Items(CmdItem::DV)[1]->GetReference(), &responseB);
 }
 
 TEST_F(DrespExpressionTest, GroupInTwoOperatorsIsGeneratedOnce) {
@@ -586,10 +599,10 @@ TEST_F(DrespExpressionTest, TokenSequencesWithoutExpressionText) {
 
 // ---- Bad input and extremes ----
 
-class BadExpression : public DrespExpressionTest,
-                      public ::testing::WithParamInterface<std::string> {};
+class DrespBadExpression : public DrespExpressionTest,
+                           public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(BadExpression, FailsAtItsCommandAndKeepsEarlierChanges) {
+TEST_P(DrespBadExpression, FailsAtItsCommandAndKeepsEarlierChanges) {
     Dresp("A");
     Dresp("B");
     const ZentuCmd& before = Operator("P1", "%A% + %B%");
@@ -614,7 +627,7 @@ TEST_P(BadExpression, FailsAtItsCommandAndKeepsEarlierChanges) {
     EXPECT_EQ(failing.Items(CmdItem::ADD_FILE)[0]->GetString(), GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Refused, BadExpression,
+INSTANTIATE_TEST_SUITE_P(Refused, DrespBadExpression,
                          ::testing::Values("%A% $ %B%", "%X% + %A%", "(%A% + %B%", "%A% + %B%)",
                                            "+", "%A% +", "*%A%", "%A% + * %B%", "%A% %B%",
                                            "2*-%A%"));

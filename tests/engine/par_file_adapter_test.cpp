@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <ostream>
@@ -44,7 +45,8 @@ using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::KeywordMap;
 
 constexpr const char* kAdapterTag = "|%P|ZentuCmdEngine|ZentuParFileAdapter";
-constexpr const char* kAdapterSource = "ZentuJobDefinition/ZentuCmdEngine.m/src/ZentuParFileAdapter";
+constexpr const char* kAdapterSource =
+    "ZentuJobDefinition/ZentuCmdEngine.m/src/ZentuParFileAdapter";
 constexpr const char* kTokenizerTag = "|%P|LIBUTIL|ZentuParFile";
 
 std::string ClassOf(const ZentuCmdItem& item) {
@@ -77,8 +79,8 @@ std::string IdOf(const ZentuCmd& cmd) {
 // One line per command, so that whole containers are compared as text: its name, its kind, and
 // per item its kind, name, text ('|' for line feeds), class and the identifier it refers to.
 std::string Render(const ZentuCmd& cmd) {
-    std::string line = cmd.GetName() + "@" +
-                       ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(cmd.GetType())];
+    std::string line =
+        cmd.GetName() + "@" + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(cmd.GetType())];
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
         for (const auto& item : cmd.Items(static_cast<CmdItem>(kind))) {
             std::string text = item->GetString();
@@ -117,10 +119,11 @@ class ParFileAdapterTest : public ::testing::Test {
         dir_ = fs::temp_directory_path() /
                ("zentu_par_adapter_" + std::to_string(std::random_device()()));
         ASSERT_TRUE(fs::create_directory(dir_));
-        previousHandler_ = KPL_LogMacros::SetLogHandler(
-            [this](int type, const char* file, int line, const char* tag,
-                   const std::string& message) {
-                log_.push_back({type, file, line, tag, message});
+        previousHandler_ =
+            KPL_LogMacros::SetLogHandler([this](int type, const char* file, int line,
+                                                const char* tag, const std::string& message) {
+                log_.push_back(
+                    {type, file != nullptr ? file : "", line, tag != nullptr ? tag : "", message});
             });
         previousVerbosity_ = KPL_LogMacros::SetLogVerbosity(KPL_LogMacros::LOG_WARNING);
     }
@@ -132,8 +135,9 @@ class ParFileAdapterTest : public ::testing::Test {
         fs::remove_all(dir_, ignored);
     }
 
-    // DV, DRESP, GROUP_DEF and OPT_PARAM with one item of every data type between them, and
-    // default values on ITER_MAX; DRESP and OPT_PARAM ask for default commands when wanted.
+    // DV, DRESP, GROUP_DEF and OPT_PARAM with an item of every class between them, defaults on
+    // ITER_MAX and on DRESP's TYPE, and one description under a lower-case name, which no item
+    // of a file can find; DRESP and OPT_PARAM ask for default commands when wanted.
     static ZentuCmdIoConfig Schema(bool defaultCommands) {
         ZentuCmdIoConfig config;
         config.AddCmdMetadata("DV", ZentuCmdMetaData(Cmd::DV, false))
@@ -187,6 +191,7 @@ class ParFileAdapterTest : public ::testing::Test {
         return std::nullopt;
     }
 
+    // The messages logged so far, each checked to be one of the reader's warnings.
     std::vector<std::string> Warnings() const {
         std::vector<std::string> messages;
         for (const LogLine& line : log_) {
@@ -213,23 +218,23 @@ class ParFileAdapterTest : public ::testing::Test {
 // ---- Typing ----
 
 TEST_F(ParFileAdapterTest, TypesEveryItemByItsDescriptionUnderItsUpperCaseName) {
-    Parse(WriteFile(
-        "dv\n"
-        "  id_name = d1\n"
-        "  type = shape\n"
-        "  Value = 12\n"
-        "  MIN = -2.5\n"
-        "  GROUP = g1\n"
-        "  DESCRIPTION = Mixed Case text\n"
-        "  ELEMENTS\n"
-        "  1-5,7,\n"
-        "  9-13:2\n"
-        "  VALUE = 13\n"
-        "END_\n"
-        "\n"
-        "GROUP_DEF\n"
-        "  ID_NAME = g1\n"
-        "END_\n"));
+    Parse(
+        WriteFile("dv\n"
+                  "  id_name = d1\n"
+                  "  type = shape\n"
+                  "  Value = 12\n"
+                  "  MIN = -2.5\n"
+                  "  GROUP = g1\n"
+                  "  DESCRIPTION = Mixed Case text\n"
+                  "  ELEMENTS\n"
+                  "  1-5,7,\n"
+                  "  9-13:2\n"
+                  "  VALUE = 13\n"
+                  "END_\n"
+                  "\n"
+                  "GROUP_DEF\n"
+                  "  ID_NAME = g1\n"
+                  "END_\n"));
 
     EXPECT_EQ(Render(container_),
               (std::vector<std::string>{
@@ -299,7 +304,7 @@ INSTANTIATE_TEST_SUITE_P(
         WarningCase{"keyword and identifier as written",
                     "dv\n  Id_Name = d1\n  foo = 1\nEND_\n",
                     {"Unknown item 'FOO' found in command dv with ID_NAME d1."},
-                    "dv@DV ID_NAME:Id_Name=D1/string ITER_MAX:ITER_MAX=30/int"},
+                    "dv@DV ID_NAME:ID_NAME=D1/string ITER_MAX:ITER_MAX=30/int"},
         WarningCase{"without an identifier",
                     "DV\n  foo = 1\nEND_\n",
                     {"Unknown item 'FOO' found in command DV."},
@@ -338,8 +343,7 @@ void PrintTo(const RefusalCase& c, std::ostream* out) {
     *out << c.label;
 }
 
-class RefusedItem : public ParFileAdapterTest, public ::testing::WithParamInterface<RefusalCase> {
-};
+class RefusedItem : public ParFileAdapterTest, public ::testing::WithParamInterface<RefusalCase> {};
 
 // The refusing command stands between commands read before and after it, one of which names it,
 // under a schema that asks for default commands and a rule, so that every completion step that
@@ -405,10 +409,9 @@ TEST_F(ParFileAdapterTest, CutsTheCreationMessageTo1023Characters) {
             KeywordMap(), keyword, "D1");
         FAIL() << "no failure";
     } catch (const KPL_Failure& failure) {
-        EXPECT_EQ(failure.GetMessage(),
-                  ("In command " + keyword +
-                   " with ID_NAME D1, the creation of the item VALUE failed.")
-                      .substr(0, 1023));
+        EXPECT_EQ(failure.GetMessage(), ("In command " + keyword +
+                                         " with ID_NAME D1, the creation of the item VALUE failed.")
+                                            .substr(0, 1023));
         ASSERT_NE(failure.GetCause(), nullptr);
         EXPECT_EQ(failure.GetCause()->GetMessage(),
                   "The item VALUE has an invalid type. 'x' must be an integer value.");
@@ -423,8 +426,7 @@ TEST_F(ParFileAdapterTest, CompletesWithDefaultsThenReferencesThenRules) {
     config_.AddRule([&checked](ZentuCmdContainer& container, const KeywordMap&) {
         const ZentuCmd& dv = container.GetCommand(Cmd::DV, 0);
         ASSERT_TRUE(dv.HasItem(CmdItem::TARGET, 0));
-        EXPECT_EQ(dv.Item(CmdItem::TARGET, 0).GetReference(),
-                  &container.GetCommand(Cmd::DRESP, 0));
+        EXPECT_EQ(dv.Item(CmdItem::TARGET, 0).GetReference(), &container.GetCommand(Cmd::DRESP, 0));
         EXPECT_TRUE(dv.HasItem(CmdItem::ITER_MAX, 0));
         checked = true;
     });
@@ -462,14 +464,14 @@ TEST_F(ParFileAdapterTest, AddsToWhatTheContainerHoldsAndResolvesAgainstIt) {
 
     Parse(WriteFile("DV\n  ID_NAME = d1\n  GROUP = g0\nEND_\n"));
 
-    EXPECT_EQ(Render(container_),
-              (std::vector<std::string>{
-                  "GROUP_DEF@GROUP_DEF ID_NAME:ID_NAME=G0/string",
-                  "DV@DV ID_NAME:ID_NAME=D1/string GROUP:GROUP=G0/auto->G0 "
-                  "ITER_MAX:ITER_MAX=30/int",
-                  "DRESP_OLD@DRESP ID_NAME:ID_NAME=R0/string",
-                  "OPT_PARAM@OPT_PARAM ID_NAME:ID_NAME=__DEFAULT_OPT_PARAM_/string "
-                  "ITER_MAX:ITER_MAX=50/int"}));
+    EXPECT_EQ(
+        Render(container_),
+        (std::vector<std::string>{"GROUP_DEF@GROUP_DEF ID_NAME:ID_NAME=G0/string",
+                                  "DV@DV ID_NAME:ID_NAME=D1/string GROUP:GROUP=G0/auto->G0 "
+                                  "ITER_MAX:ITER_MAX=30/int",
+                                  "DRESP_OLD@DRESP ID_NAME:ID_NAME=R0/string",
+                                  "OPT_PARAM@OPT_PARAM ID_NAME:ID_NAME=__DEFAULT_OPT_PARAM_/string "
+                                  "ITER_MAX:ITER_MAX=50/int"}));
 }
 
 TEST_F(ParFileAdapterTest, ReadsTheFileAnewOnEveryParseAndCopiesReadAlike) {
@@ -486,7 +488,8 @@ TEST_F(ParFileAdapterTest, ReadsTheFileAnewOnEveryParseAndCopiesReadAlike) {
     const ZentuParFileAdapter copy(adapter);
     ZentuParFileAdapter source(adapter);
     const ZentuParFileAdapter moved(std::move(source));
-    for (const ZentuParFileAdapter* reader : {&adapter, &copy, &moved}) {
+    for (const ZentuParFileAdapter* reader :
+         std::initializer_list<const ZentuParFileAdapter*>{&adapter, &copy, &moved}) {
         ZentuCmdContainer container;
         reader->Parse(container);
         EXPECT_EQ(Render(container), std::vector<std::string>{second});
@@ -541,7 +544,8 @@ class MalformedFile : public ParFileAdapterTest,
         }
         EXPECT_EQ(message.compare(rest, 1, " "), 0) << message;
         EXPECT_GT(message.size(), rest + 1) << "says nothing about what is wrong: " << message;
-        EXPECT_EQ(Render(container_), std::vector<std::string>{"DV@DV ID_NAME:ID_NAME=BEFORE/string"});
+        EXPECT_EQ(Render(container_),
+                  std::vector<std::string>{"DV@DV ID_NAME:ID_NAME=BEFORE/string"});
         EXPECT_EQ(rulesRun_, 0);
     }
 };
@@ -599,10 +603,12 @@ TEST_F(MalformedFile, ReadsBinaryGarbageOrRefusesItNamingTheFile) {
     }
 }
 
+// Comments, blank lines and a closing line in lower case with blanks around it stand where a
+// careless reader would take them for a value line or miss the end of a command.
 TEST_F(ParFileAdapterTest, ReadsCrLfLinesLikeLfLines) {
     const std::string lf =
-        "dv\n  id_name = d1\n  ELEMENTS\n  1,3,\n  5-9\n  DESCRIPTION = a b\nEND_\n\n"
-        "GROUP_DEF\n  ID_NAME = g1\nEND_\n";
+        "# job\n\ndv\n  id_name = d1\n  # a comment\n  ELEMENTS\n  1,3,\n  # inside the value\n"
+        "  5-9\n  DESCRIPTION = a b\n  end_  \n\nGROUP_DEF\n  ID_NAME = g1\nEND_\n";
     std::string crlf;
     for (char c : lf) {
         crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
@@ -617,7 +623,7 @@ TEST_F(ParFileAdapterTest, ReadsCrLfLinesLikeLfLines) {
     EXPECT_EQ(Render(fromCrLf), fromLf);
     EXPECT_EQ(fromLf, (std::vector<std::string>{
                           "GROUP_DEF@GROUP_DEF ID_NAME:ID_NAME=G1/string",
-                          "dv@DV ID_NAME:id_name=D1/string LIST_BEGIN:ELEMENTS=1,3,|5-9/auto "
+                          "dv@DV ID_NAME:ID_NAME=D1/string LIST_BEGIN:ELEMENTS=1,3,|5-9/auto "
                           "ITER_MAX:ITER_MAX=30/int DESCRIPTION:DESCRIPTION=a b/raw"}));
 }
 

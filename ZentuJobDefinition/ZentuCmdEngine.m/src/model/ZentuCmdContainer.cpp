@@ -43,6 +43,18 @@ std::string reference_key(const ZentuCmdItem& item) {
     return item.GetString();
 }
 
+// The commands of a sequence whose first item of the kind has exactly the text value.
+std::vector<std::reference_wrapper<ZentuCmd>> commands_with_first_item(
+    const ZentuCmdContainer::CmdSequence& sequence, CmdItem item, const std::string& value) {
+    std::vector<std::reference_wrapper<ZentuCmd>> found;
+    for (const std::unique_ptr<ZentuCmd>& cmd : sequence) {
+        if (cmd->HasItem(item, 0) && cmd->Item(item, 0).GetString() == value) {
+            found.emplace_back(*cmd);
+        }
+    }
+    return found;
+}
+
 }  // namespace
 
 ZentuCmdContainer::ZentuCmdContainer() = default;
@@ -125,19 +137,13 @@ bool ZentuCmdContainer::HasCommandWithType(Cmd kind, CmdItem item, DataType type
 
 std::vector<std::reference_wrapper<ZentuCmd>> ZentuCmdContainer::Filter(Cmd kind, CmdItem item,
                                                                         const std::string& value) {
-    std::vector<std::reference_wrapper<ZentuCmd>> found;
-    for (const std::unique_ptr<ZentuCmd>& cmd : Sequence(kind)) {
-        if (cmd->HasItem(item, 0) && cmd->Item(item, 0).GetString() == value) {
-            found.emplace_back(*cmd);
-        }
-    }
-    return found;
+    return commands_with_first_item(Sequence(kind), item, value);
 }
 
 std::vector<std::reference_wrapper<const ZentuCmd>> ZentuCmdContainer::Filter(
     Cmd kind, CmdItem item, const std::string& value) const {
     std::vector<std::reference_wrapper<ZentuCmd>> found =
-        const_cast<ZentuCmdContainer*>(this)->Filter(kind, item, value);
+        commands_with_first_item(Sequence(kind), item, value);
     return {found.begin(), found.end()};
 }
 
