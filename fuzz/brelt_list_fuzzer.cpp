@@ -1,6 +1,12 @@
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "BreltList.h"
@@ -13,15 +19,18 @@ namespace {
 // file and line are left out because the two readers log from different places.
 class LogRecorder {
   public:
+    // Records from here on, keeping the handler it replaces.
     LogRecorder()
         : previous_(KPL_LogMacros::SetLogHandler(
               [this](int type, const char*, int, const char* tag, const std::string& message) {
                   lines_.push_back(std::to_string(type) + tag + message);
               })) {}
 
+    // A copy would put the previous handler back a second time.
     LogRecorder(const LogRecorder&) = delete;
     LogRecorder& operator=(const LogRecorder&) = delete;
 
+    // Later runs must not append to lines that nobody reads any more.
     ~LogRecorder() { KPL_LogMacros::SetLogHandler(previous_); }
 
     // The lines recorded so far, in the order they were logged.
@@ -66,13 +75,61 @@ void RequireRoundTrip(BreltList<int> list) {
     }
 }
 
+// An ascending range with a positive step, whose values exact arithmetic gives without asking the
+// reader: random texts seldom spell a range near the ends of int, where 32-bit sums wrap.
+struct Range {
+    std::int32_t low;
+    std::int32_t high;
+    std::int32_t step;
+};
+
+// The first twelve bytes as low, high and step, ordered and made positive; none when the input is
+// shorter or the step cannot be made positive.
+std::optional<Range> RangeOf(const std::uint8_t* data, std::size_t size) {
+    std::array<std::int32_t, 3> numbers{};
+    if (size < sizeof numbers) {
+        return std::nullopt;
+    }
+    std::memcpy(numbers.data(), data, sizeof numbers);
+    auto [low, high, step] = numbers;
+    if (step == 0 || step == std::numeric_limits<std::int32_t>::min()) {
+        return std::nullopt;
+    }
+    if (low > high) {
+        std::swap(low, high);
+    }
+    return Range{low, high, step < 0 ? -step : step};
+}
+
+// The range as a text holds low, low + step, ... up to high, computed without wrapping; one that
+// would pass the bound must be refused instead.
+void RequireExactRange(const Range& range) {
+    const std::string text = std::to_string(range.low) + "-" + std::to_string(range.high) + ":" +
+                             std::to_string(range.step);
+    BreltList<int> list;
+    const bool accepted = zentu_fuzz::Completes([&] { read_brelt_list(text, list); });
+    const std::int64_t count = (std::int64_t{range.high} - range.low) / range.step + 1;
+    if (count > static_cast<std::int64_t>(zentu_fuzz::kListBound)) {
+        zentu_fuzz::Require(!accepted, "a range beyond the bound is refused");
+        return;
+    }
+    std::set<int> expected;
+    for (std::int64_t value = range.low; value <= range.high; value += range.step) {
+        expected.insert(static_cast<int>(value));
+    }
+    zentu_fuzz::Require(accepted, "a range within the bound is read");
+    zentu_fuzz::Require(list.elements == expected, "a range holds exactly its steps");
+}
+
 }  // namespace
 
+// Runs once before the first input, so that every input meets the same library setup.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     zentu_fuzz::PrepareLibrary();
     return 0;
 }
 
+// libFuzzer's entry point: any abort, sanitizer report or escaping exception is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = zentu_fuzz::TextOf(data, size);
     const Reading tried = TryRead(text);
@@ -84,6 +141,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     zentu_fuzz::Require(tried.log == read.log, "the trial and the reader log the same lines");
     if (read.accepted) {
         RequireRoundTrip(read.list);
+    }
+    if (const std::optional<Range> range = RangeOf(data, size)) {
+        RequireExactRange(*range);
     }
     return 0;
 }

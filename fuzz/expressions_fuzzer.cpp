@@ -74,12 +74,14 @@ void RunRule(const std::string& text) {
 
 }  // namespace
 
+// Runs once before the first input, so that every input meets the same library setup.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     zentu_fuzz::PrepareLibrary();
     static_cast<void>(Setup());
     return 0;
 }
 
+// libFuzzer's entry point: any abort, sanitizer report or escaping exception is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = zentu_fuzz::TextOf(data, size);
     zentu_fuzz::Completes([&] { RequireEvaluable(Expr::create_expression(text, Setup())); });

@@ -62,6 +62,7 @@ void QueryWithClone(const ZentuCmdItem& item) {
 
 }  // namespace
 
+// Runs once before the first input, so that every input meets the same library setup.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     zentu_fuzz::PrepareLibrary();
     static_cast<void>(Keywords());
@@ -69,6 +70,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
     return 0;
 }
 
+// libFuzzer's entry point: any abort, sanitizer report or escaping exception is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = zentu_fuzz::TextOf(data, size);
     QueryWithClone(ZentuCmdAutoItem("ITEM", text, Keywords()));

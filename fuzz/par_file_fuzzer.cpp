@@ -32,15 +32,18 @@ using ZentuCmdItemDefs::DataType;
 // process's own, made once because creating one per input would cost more than the parse.
 class ScratchDirectory {
   public:
+    // A fresh name, so that fuzzers running side by side never share files.
     ScratchDirectory() {
         std::string pattern = (fs::temp_directory_path() / "zentu_fuzz_XXXXXX").string();
         zentu_fuzz::Require(mkdtemp(pattern.data()) != nullptr, "a scratch directory is made");
         path_ = pattern;
     }
 
+    // A copy would remove the directory a second time.
     ScratchDirectory(const ScratchDirectory&) = delete;
     ScratchDirectory& operator=(const ScratchDirectory&) = delete;
 
+    // Errors are ignored: a leftover file must not turn a clean run into a finding.
     ~ScratchDirectory() {
         std::error_code ignored;
         fs::remove_all(path_, ignored);
@@ -67,7 +70,7 @@ ZentuCmdItemMetaData Typed(CmdItem kind, DataType type) {
 // Every data type that a file can fill, defaults that the rule engine must add, a default
 // command, a per-command rule and the expression rule, so that one parse reaches every stage
 // of reading and completing.
-ZentuCmdIoConfig Schema() {
+ZentuCmdIoConfig BuildSchema() {
     ZentuCmdIoConfig config;
     config.AddCmdMetadata("DRESP", ZentuCmdMetaData(Cmd::DRESP, false))
         .AddItem({"ID_NAME", Typed(CmdItem::ID_NAME, DataType::STRING)})
@@ -101,6 +104,13 @@ ZentuCmdIoConfig Schema() {
     return config;
 }
 
+// Built once, as hosts do; each parse takes a copy because the adapter takes its configuration
+// over.
+const ZentuCmdIoConfig& Schema() {
+    static const ZentuCmdIoConfig schema = BuildSchema();
+    return schema;
+}
+
 // Writes the input as the file under test; the stream is binary so every byte reaches the file.
 void WriteInput(const fs::path& path, const std::string& text) {
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
@@ -112,25 +122,38 @@ void WriteInput(const fs::path& path, const std::string& text) {
 // because a host may write what it has before it reports the failure.
 void ReadAndWrite(const fs::path& input, const fs::path& output) {
     ZentuCmdContainer container;
-    zentu_fuzz::Completes([&] { ZentuParFileAdapter(input.wstring(), Schema()).Parse(container); });
+    zentu_fuzz::Completes([&] {
+        ZentuCmdIoConfig config = Schema();
+        ZentuParFileAdapter(input.wstring(), std::move(config)).Parse(container);
+    });
     ZentuCmdParOutput(output.wstring(), container, ZentuCmdDefs::get_default_cmd_names(),
                       ZentuCmdItemDefs::CMD_ITEM_NAMES)
         .Write(L"w");
 }
 
+// Whatever the writer produces is meant to be read again by the same tokenizer.
+void RequireReadable(const fs::path& written) {
+    zentu_fuzz::Require(zentu_fuzz::Completes([&] { ZentuParFile file(written.wstring()); }),
+                        "a written file reads back");
+}
+
 }  // namespace
 
+// Runs once before the first input, so that every input meets the same library setup.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     zentu_fuzz::PrepareLibrary();
     static_cast<void>(Scratch());
+    static_cast<void>(Schema());
     return 0;
 }
 
+// libFuzzer's entry point: any abort, sanitizer report or escaping exception is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const fs::path input = Scratch().File("input.par");
     const fs::path output = Scratch().File("written.par");
     WriteInput(input, zentu_fuzz::TextOf(data, size));
     zentu_fuzz::Completes([&] { ZentuParFile file(input.wstring()); });
     ReadAndWrite(input, output);
+    RequireReadable(output);
     return 0;
 }

@@ -28,7 +28,12 @@
 #include "ZentuCmdScalarItem.h"
 #include "ZentuCmdStringItem.h"
 
+#include "engine_test_support.h"
+
 namespace {
+
+using zentu_test::ClassOf;
+using zentu_test::Identities;
 
 namespace Rules = ZentuCmdContainerRules;
 using ZentuCmdDefs::Cmd;
@@ -39,33 +44,6 @@ using RuleType = ZentuCmdIoConfig::RuleType;
 
 constexpr const char* kRulesTag = "|%P|ZentuJobDefinition|ZentuCmdContainerRules";
 constexpr const char* kConfigurationId = "202810221842";
-
-// The exact class, since a string item is also a raw string item.
-std::string ClassOf(const ZentuCmdItem& item) {
-    const std::type_info& type = typeid(item);
-    if (type == typeid(ZentuCmdIntItem)) {
-        return "int";
-    }
-    if (type == typeid(ZentuCmdScalarItem)) {
-        return "real";
-    }
-    if (type == typeid(ZentuCmdStringItem)) {
-        return "string";
-    }
-    if (type == typeid(ZentuCmdRawStringItem)) {
-        return "raw";
-    }
-    if (type == typeid(ZentuCmdEnumItem)) {
-        return "enum";
-    }
-    if (type == typeid(ZentuCmdAutoItem)) {
-        return "auto";
-    }
-    if (type == typeid(ZentuCmdReferenceItem)) {
-        return "ref";
-    }
-    return type.name();
-}
 
 // One line per command, so that whole containers are compared as text: its name, its kind, and
 // per item its kind, name, text and class.
@@ -87,17 +65,6 @@ std::vector<std::string> Render(const ZentuCmdContainer& container) {
         lines.push_back(Render(cmd));
     }
     return lines;
-}
-
-// Every item of the command by address, so that an untouched item is told from an equal new one.
-std::vector<const ZentuCmdItem*> Identities(const ZentuCmd& cmd) {
-    std::vector<const ZentuCmdItem*> items;
-    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-        for (const auto& item : cmd.Items(static_cast<CmdItem>(kind))) {
-            items.push_back(item.get());
-        }
-    }
-    return items;
 }
 
 // What a per-command rule was handed on one call.

@@ -5,12 +5,20 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include "ZentuCmd.h"
+#include "ZentuCmdAutoItem.h"
+#include "ZentuCmdEnumItem.h"
+#include "ZentuCmdIntItem.h"
 #include "ZentuCmdItem.h"
 #include "ZentuCmdItemDefs.h"
+#include "ZentuCmdRawStringItem.h"
+#include "ZentuCmdReferenceItem.h"
+#include "ZentuCmdScalarItem.h"
+#include "ZentuCmdStringItem.h"
 
 namespace zentu_test {
 
@@ -19,6 +27,33 @@ namespace zentu_test {
 template <typename Enum>
 constexpr std::int64_t ToInt(Enum value) {
     return static_cast<std::int64_t>(static_cast<std::underlying_type_t<Enum>>(value));
+}
+
+// The exact class of an item by a short name, since a string item is also a raw string item.
+inline std::string ClassOf(const ZentuCmdItem& item) {
+    const std::type_info& type = typeid(item);
+    const std::pair<const std::type_info*, const char*> names[] = {
+        {&typeid(ZentuCmdIntItem), "int"},       {&typeid(ZentuCmdScalarItem), "real"},
+        {&typeid(ZentuCmdStringItem), "string"}, {&typeid(ZentuCmdRawStringItem), "raw"},
+        {&typeid(ZentuCmdEnumItem), "enum"},     {&typeid(ZentuCmdAutoItem), "auto"},
+        {&typeid(ZentuCmdReferenceItem), "ref"}};
+    for (const auto& [known, name] : names) {
+        if (type == *known) {
+            return name;
+        }
+    }
+    return type.name();
+}
+
+// Every item of the command by address, so that an untouched item is told from an equal new one.
+inline std::vector<const ZentuCmdItem*> Identities(const ZentuCmd& cmd) {
+    std::vector<const ZentuCmdItem*> items;
+    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        for (const auto& item : cmd.Items(static_cast<ZentuCmdItemDefs::CmdItem>(kind))) {
+            items.push_back(item.get());
+        }
+    }
+    return items;
 }
 
 // Implements only what the base leaves pure, so every answer it gives is the base class's own.

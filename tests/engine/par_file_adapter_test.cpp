@@ -36,7 +36,12 @@
 #include "ZentuParFileAdapter.h"
 #include "ZentuParFileAdapter_Util.h"
 
+#include "engine_test_support.h"
+
 namespace {
+
+using zentu_test::ClassOf;
+using zentu_test::Identities;
 
 namespace fs = std::filesystem;
 using ZentuCmdDefs::Cmd;
@@ -48,29 +53,6 @@ constexpr const char* kAdapterTag = "|%P|ZentuCmdEngine|ZentuParFileAdapter";
 constexpr const char* kAdapterSource =
     "ZentuJobDefinition/ZentuCmdEngine.m/src/ZentuParFileAdapter";
 constexpr const char* kTokenizerTag = "|%P|LIBUTIL|ZentuParFile";
-
-std::string ClassOf(const ZentuCmdItem& item) {
-    const std::type_info& type = typeid(item);
-    if (type == typeid(ZentuCmdIntItem)) {
-        return "int";
-    }
-    if (type == typeid(ZentuCmdScalarItem)) {
-        return "real";
-    }
-    if (type == typeid(ZentuCmdStringItem)) {
-        return "string";
-    }
-    if (type == typeid(ZentuCmdRawStringItem)) {
-        return "raw";
-    }
-    if (type == typeid(ZentuCmdEnumItem)) {
-        return "enum";
-    }
-    if (type == typeid(ZentuCmdAutoItem)) {
-        return "auto";
-    }
-    return type.name();
-}
 
 std::string IdOf(const ZentuCmd& cmd) {
     return cmd.HasItem(CmdItem::ID_NAME, 0) ? cmd.Item(CmdItem::ID_NAME, 0).GetString() : "";

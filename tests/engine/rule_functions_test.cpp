@@ -22,6 +22,7 @@ namespace {
 
 namespace Rules = ZentuCmdContainerRules;
 using zentu_test::Attach;
+using zentu_test::Identities;
 using zentu_test::ProbeItem;
 using zentu_test::ToInt;
 using ZentuCmdDefs::Cmd;
@@ -29,17 +30,6 @@ using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::EnumValue;
 using ZentuCmdItemDefs::KeywordMap;
-
-// Every item of the command by address, so an untouched item is told apart from an equal new one.
-std::vector<const ZentuCmdItem*> Identities(const ZentuCmd& cmd) {
-    std::vector<const ZentuCmdItem*> items;
-    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-        for (const auto& item : cmd.Items(static_cast<CmdItem>(kind))) {
-            items.push_back(item.get());
-        }
-    }
-    return items;
-}
 
 // The rules promise a reference item, not merely an item that happens to refer to the target.
 ::testing::AssertionResult HoldsOnlyReference(const ZentuCmd& cmd, CmdItem kind,

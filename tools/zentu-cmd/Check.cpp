@@ -4,6 +4,7 @@
 #include <map>
 #include <ostream>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
@@ -11,7 +12,9 @@
 #include "ZentuCmdContainerRules.h"
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
+#include "ZentuDrespExpressionParser.h"
 #include "ZentuFileUtil.h"
+#include "ZentuMathExpressions.h"
 #include "ZentuParFile.h"
 
 using ZentuCmdDefs::Cmd;
@@ -50,6 +53,33 @@ std::string identifier_of(const ZentuCmd& command) {
                                                 : std::string();
 }
 
+// A message on one line: the library's keyword refusal spans three, and tools that read findings
+// expect one per line.
+std::string one_line(const std::string& message) {
+    std::string line;
+    for (char c : message) {
+        const char written = c == '\n' ? ' ' : c;
+        if (!(written == ' ' && !line.empty() && line.back() == ' ')) {
+            line += written;
+        }
+    }
+    return line;
+}
+
+// The references that an expression writes, %NAME%, in the order in which they appear.
+std::vector<std::string> references_in(const std::string& expression) {
+    std::vector<std::string> references;
+    for (std::size_t open = expression.find('%'); open != std::string::npos;) {
+        const std::size_t close = expression.find('%', open + 1);
+        if (close == std::string::npos) {
+            break;
+        }
+        references.push_back(expression.substr(open + 1, close - open - 1));
+        open = expression.find('%', close + 1);
+    }
+    return references;
+}
+
 std::size_t edit_distance(const std::string& a, const std::string& b) {
     std::vector<std::size_t> previous(b.size() + 1);
     std::vector<std::size_t> current(b.size() + 1);
@@ -67,23 +97,33 @@ std::size_t edit_distance(const std::string& a, const std::string& b) {
     return previous[b.size()];
 }
 
-// The identifier in the container that text most probably meant: the closest one, when it is
-// within a third of the text's length (and at least one edit) of it.
-std::string closest_identifier(const std::string& text, const ZentuCmdContainer& container) {
+// The candidate that text most probably meant: the closest one, when it is within a third of the
+// text's length (and at least one edit) of it; empty when none is.
+std::string closest(const std::string& text, const std::vector<std::string>& candidates) {
     std::string best;
     std::size_t bestDistance = std::max<std::size_t>(1, text.size() / 3) + 1;
-    for (const ZentuCmd& command : container) {
-        const std::string identifier = identifier_of(command);
-        if (identifier.empty()) {
-            continue;
-        }
-        const std::size_t distance = edit_distance(upper_case(text), identifier);
-        if (distance < bestDistance) {
-            best = identifier;
+    for (const std::string& candidate : candidates) {
+        const std::size_t distance = edit_distance(upper_case(text), candidate);
+        if (!candidate.empty() && distance < bestDistance) {
+            best = candidate;
             bestDistance = distance;
         }
     }
     return best;
+}
+
+// The identifier in the container that text most probably meant.
+std::string closest_identifier(const std::string& text, const ZentuCmdContainer& container) {
+    std::vector<std::string> identifiers;
+    for (const ZentuCmd& command : container) {
+        identifiers.push_back(identifier_of(command));
+    }
+    return closest(text, identifiers);
+}
+
+// The suggestion to append to a finding, or nothing when no candidate is close.
+std::string did_you_mean(const std::string& meant, const char* quote) {
+    return meant.empty() ? std::string() : "; did you mean " + (quote + meant + quote) + "?";
 }
 
 // Checks one file: reads it item by item, so that every refusal is reported and not only the
@@ -103,6 +143,7 @@ class FileCheck {
             ReportFileFailure(failure.GetMessage());
             return findings_;
         }
+        CheckExpressions();
         Complete();
         CheckReferences();
         return findings_;
@@ -121,8 +162,14 @@ class FileCheck {
     void ReadCommand(const ZentuParCommand& parsed) {
         const auto found = config_.cmd_metadata.find(upper_case(parsed.GetKeyword()));
         if (found == config_.cmd_metadata.end()) {
+            std::vector<std::string> keywords;
+            for (const auto& entry : config_.cmd_metadata) {
+                keywords.push_back(entry.first);
+            }
+            std::sort(keywords.begin(), keywords.end());
             Report("warning", parsed.GetLine(),
-                   "the schema describes no command '" + parsed.GetKeyword() + "'");
+                   "the schema describes no command '" + parsed.GetKeyword() + "'" +
+                       did_you_mean(closest(parsed.GetKeyword(), keywords), "'"));
         }
         const ZentuCmdMetaData& description =
             found == config_.cmd_metadata.end() ? unknownCommand_ : found->second;
@@ -157,6 +204,63 @@ class FileCheck {
         }
     }
 
+    // Expressions are checked here, where their line is known, before the expression rule meets
+    // them; a faulty one is taken out, so that the rule still expands the others and every fault
+    // of the file is reported in one run.
+    void CheckExpressions() {
+        const auto setup = ZentuDrespExpressionParser::create_token_setup(container_);
+        const std::unordered_set<std::string> responses = ResponseIdentifiers();
+        for (std::size_t i = 0; i < container_.GetNumberOfCommands(Cmd::OPERATOR); ++i) {
+            ZentuCmd& command = container_.GetCommand(Cmd::OPERATOR, i);
+            if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
+                !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
+                continue;
+            }
+            const ZentuCmdItem& expression = command.Item(CmdItem::ADD_FILE, 0);
+            const std::string problem = ExpressionProblem(expression.GetString(), setup, responses);
+            if (!problem.empty()) {
+                const auto origin = origins_.find(&expression);
+                Report("error", origin == origins_.end() ? 0 : origin->second.line, problem);
+                command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
+            }
+        }
+    }
+
+    // What is wrong with an expression: first a reference that names no response, with the
+    // identifier probably meant, else the tokenizer's own refusal; empty when nothing is.
+    std::string ExpressionProblem(const std::string& expression,
+                                  const std::vector<ZentuMathExpressions::TokenDescription>& setup,
+                                  const std::unordered_set<std::string>& responses) const {
+        for (const std::string& name : references_in(expression)) {
+            if (responses.count(upper_case(name)) == 0) {
+                std::string problem =
+                    "%" + name + "% in the expression names no DRESP or OPERATOR command";
+                if (const std::string meant = closest_identifier(name, container_);
+                    !meant.empty()) {
+                    problem += "; did you mean %" + meant + "%?";
+                }
+                return problem;
+            }
+        }
+        try {
+            ZentuMathExpressions::create_expression(expression, setup);
+        } catch (const KPL_Exception& refusal) {
+            return refusal.GetMessage();
+        }
+        return {};
+    }
+
+    // The identifiers that an expression may name: those of the DRESP and OPERATOR commands.
+    std::unordered_set<std::string> ResponseIdentifiers() const {
+        std::unordered_set<std::string> identifiers;
+        for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
+            for (const auto& command : container_.GetCommands(kind)) {
+                identifiers.insert(identifier_of(*command));
+            }
+        }
+        return identifiers;
+    }
+
     void Complete() {
         try {
             ZentuCmdContainerRules::create_default_commands(container_, config_.cmd_metadata,
@@ -189,14 +293,10 @@ class FileCheck {
         }
         ++findings_.unresolved;
         const std::string identifier = identifier_of(command);
-        std::string message = command.GetName() +
-                              (identifier.empty() ? "" : " '" + identifier + "'") + ": " +
-                              item.GetName() + " '" + item.GetString() + "' names no command";
-        if (const std::string meant = closest_identifier(item.GetString(), container_);
-            !meant.empty()) {
-            message += "; did you mean '" + meant + "'?";
-        }
-        Report("warning", origin->second.line, message);
+        Report("warning", origin->second.line,
+               command.GetName() + (identifier.empty() ? "" : " '" + identifier + "'") + ": " +
+                   item.GetName() + " '" + item.GetString() + "' names no command" +
+                   did_you_mean(closest_identifier(item.GetString(), container_), "'"));
     }
 
     // The reader's own failures already start with "path:line: "; the severity goes after it.
@@ -205,9 +305,10 @@ class FileCheck {
         const std::size_t where =
             message.rfind(path_, 0) == 0 ? message.find(": ", path_.size()) : std::string::npos;
         if (where == std::string::npos) {
-            out_ << path_ << ": error: " << message << "\n";
+            out_ << path_ << ": error: " << one_line(message) << "\n";
         } else {
-            out_ << message.substr(0, where + 2) << "error: " << message.substr(where + 2) << "\n";
+            out_ << message.substr(0, where + 2) << "error: " << one_line(message.substr(where + 2))
+                 << "\n";
         }
     }
 
@@ -217,7 +318,7 @@ class FileCheck {
         if (line > 0) {
             out_ << ":" << line;
         }
-        out_ << ": " << severity << ": " << message << "\n";
+        out_ << ": " << severity << ": " << one_line(message) << "\n";
     }
 
     std::string path_;

@@ -3,7 +3,7 @@
 #include "ZentuCmd.h"
 #include "ZentuCmdItem.h"
 
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 using ZentuCmdItemDefs::CmdItem;
 
 namespace zentu_cmd {

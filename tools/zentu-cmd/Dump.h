@@ -9,6 +9,6 @@ namespace zentu_cmd {
 // The container as JSON for scripts: commands in container order with kind, name and identifier,
 // and their items with name, kind, text, every typed reading they have, and the identifier of
 // the command they refer to.
-nlohmann::json dump_container(const ZentuCmdContainer& container);
+nlohmann::ordered_json dump_container(const ZentuCmdContainer& container);
 
 }  // namespace zentu_cmd

@@ -9,7 +9,6 @@
 #include "ZentuCmdContainerRules.h"
 #include "ZentuDrespExpressionParser.h"
 
-using nlohmann::json;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
@@ -23,7 +22,7 @@ namespace {
 // The parameters of one rule entry, read with the type that each parameter calls for.
 class Parameters {
   public:
-    explicit Parameters(const json& values) : values_(values) {}
+    explicit Parameters(const Json& values) : values_(values) {}
 
     Cmd Kind(const char* name) const {
         return Named<Cmd>(ZentuCmdDefs::CMD_NAMES, name, "command kind");
@@ -55,7 +54,7 @@ class Parameters {
     }
 
     std::string Text(const char* name) const {
-        const json& value = Value(name);
+        const Json& value = Value(name);
         if (!value.is_string()) {
             throw ToolError("\"" + std::string(name) + "\" must be a text");
         }
@@ -70,7 +69,7 @@ class Parameters {
         if (!values_.contains(name)) {
             return false;
         }
-        const json& value = values_[name];
+        const Json& value = values_[name];
         if (!value.is_boolean()) {
             throw ToolError("\"" + std::string(name) + "\" must be true or false");
         }
@@ -80,7 +79,7 @@ class Parameters {
     bool Has(const char* name) const { return values_.contains(name); }
 
   private:
-    const json& Value(const char* name) const {
+    const Json& Value(const char* name) const {
         const auto found = values_.find(name);
         if (found == values_.end()) {
             throw ToolError("missing parameter \"" + std::string(name) + "\"");
@@ -98,7 +97,7 @@ class Parameters {
         return static_cast<Enum>(found - names.begin());
     }
 
-    const json& values_;
+    const Json& values_;
 };
 
 // The body of a per-command rule, once its parameters are bound.

@@ -11,7 +11,6 @@
 #include "ToolError.h"
 #include "ZentuCmdMetaData.h"
 
-using nlohmann::json;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
@@ -55,7 +54,7 @@ std::string joined(const std::string* first, const std::string* last) {
 }
 
 template <typename Enum, std::size_t N>
-Enum enum_named(const std::array<std::string, N>& names, const json& value, const char* what,
+Enum enum_named(const std::array<std::string, N>& names, const Json& value, const char* what,
                 const EntryPath& path) {
     if (value.is_string()) {
         const auto found = std::find(names.begin(), names.end(), value.get<std::string>());
@@ -67,7 +66,7 @@ Enum enum_named(const std::array<std::string, N>& names, const json& value, cons
               joined(names.data(), names.data() + N) + ")");
 }
 
-const json& required(const json& object, const char* field, const EntryPath& path) {
+const Json& required(const Json& object, const char* field, const EntryPath& path) {
     const auto found = object.find(field);
     if (found == object.end()) {
         path.Fail(std::string("missing \"") + field + "\"");
@@ -75,7 +74,7 @@ const json& required(const json& object, const char* field, const EntryPath& pat
     return *found;
 }
 
-std::string text_field(const json& object, const char* field, const EntryPath& path,
+std::string text_field(const Json& object, const char* field, const EntryPath& path,
                        bool mandatory) {
     const auto found = object.find(field);
     if (found == object.end()) {
@@ -90,7 +89,7 @@ std::string text_field(const json& object, const char* field, const EntryPath& p
     return found->get<std::string>();
 }
 
-void reject_unknown_fields(const json& object, std::initializer_list<const char*> known,
+void reject_unknown_fields(const Json& object, std::initializer_list<const char*> known,
                            const EntryPath& path) {
     for (const auto& [field, value] : object.items()) {
         if (std::none_of(known.begin(), known.end(),
@@ -106,11 +105,11 @@ bool is_upper_case(const std::string& text) {
 
 // Keywords come as a list of the library's keywords (their values looked up) or as an object
 // of keyword to value.
-std::vector<std::pair<std::string, int>> parse_keywords(const json& value, const EntryPath& path) {
+std::vector<std::pair<std::string, int>> parse_keywords(const Json& value, const EntryPath& path) {
     std::vector<std::pair<std::string, int>> keywords;
     if (value.is_array()) {
         const ZentuCmdItemDefs::KeywordMap known = ZentuCmdItemDefs::create_enum_map();
-        for (const json& keyword : value) {
+        for (const Json& keyword : value) {
             const auto found =
                 keyword.is_string() ? known.find(keyword.get<std::string>()) : known.end();
             if (found == known.end()) {
@@ -139,7 +138,7 @@ std::vector<std::pair<std::string, int>> parse_keywords(const json& value, const
 }
 
 void check_default(const ItemSchema& item, const EntryPath& path) {
-    const json& value = item.default_value;
+    const Json& value = item.default_value;
     if (value.is_null()) {
         return;
     }
@@ -169,7 +168,7 @@ void check_default(const ItemSchema& item, const EntryPath& path) {
     }
 }
 
-ItemSchema parse_item(const json& entry, const EntryPath& path) {
+ItemSchema parse_item(const Json& entry, const EntryPath& path) {
     if (!entry.is_object()) {
         path.Fail("an item must be an object");
     }
@@ -206,7 +205,7 @@ ItemSchema parse_item(const json& entry, const EntryPath& path) {
     return item;
 }
 
-CommandSchema parse_command(const json& entry, const EntryPath& path) {
+CommandSchema parse_command(const Json& entry, const EntryPath& path) {
     if (!entry.is_object()) {
         path.Fail("a command must be an object");
     }
@@ -230,7 +229,7 @@ CommandSchema parse_command(const json& entry, const EntryPath& path) {
         command.create_default = flag->get<bool>();
     }
     command.description = text_field(entry, "description", path, false);
-    const json& items = entry.contains("items") ? entry["items"] : json::array();
+    const Json& items = entry.contains("items") ? entry["items"] : Json::array();
     if (!items.is_array()) {
         path.Fail("\"items\" must be a list");
     }
@@ -249,7 +248,7 @@ CommandSchema parse_command(const json& entry, const EntryPath& path) {
     return command;
 }
 
-RuleSchema parse_rule(const json& entry, const EntryPath& path) {
+RuleSchema parse_rule(const Json& entry, const EntryPath& path) {
     if (!entry.is_object()) {
         path.Fail("a rule must be an object");
     }
@@ -303,12 +302,11 @@ std::string default_text(const ItemSchema& item) {
 
 std::string values_text(const ItemSchema& item) {
     if (item.type == DataType::REFERENCE) {
-        return "a " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)] +
-               " identifier";
+        return "refers to " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
     }
     std::string text;
     for (const auto& [keyword, value] : item.keywords) {
-        text += (text.empty() ? "" : ", ") + keyword;
+        text += (text.empty() ? "one of " : ", ") + keyword;
     }
     return text;
 }
@@ -320,7 +318,7 @@ const std::string& data_type_name(DataType type) {
 }
 
 Schema builtin_schema() {
-    return parse_schema(json::parse(builtin_schema_text()), "built-in schema");
+    return parse_schema(Json::parse(builtin_schema_text()), "built-in schema");
 }
 
 Schema load_schema_file(const std::string& path) {
@@ -328,16 +326,16 @@ Schema load_schema_file(const std::string& path) {
     if (!in) {
         throw ToolError(path + ": cannot be opened");
     }
-    json document;
+    Json document;
     try {
-        document = json::parse(in);
-    } catch (const json::parse_error& error) {
+        document = Json::parse(in);
+    } catch (const nlohmann::json::parse_error& error) {
         throw ToolError(path + ": not valid JSON: " + error.what());
     }
     return parse_schema(document, path);
 }
 
-Schema parse_schema(const json& document, const std::string& source) {
+Schema parse_schema(const Json& document, const std::string& source) {
     const EntryPath path(source);
     if (!document.is_object()) {
         path.Fail("a schema must be a JSON object with \"commands\" and \"rules\"");
@@ -345,8 +343,8 @@ Schema parse_schema(const json& document, const std::string& source) {
     reject_unknown_fields(document, {"description", "commands", "rules"}, path);
     Schema schema;
     schema.description = text_field(document, "description", path, false);
-    const json& commands = required(document, "commands", path);
-    const json& rules = document.contains("rules") ? document["rules"] : json::array();
+    const Json& commands = required(document, "commands", path);
+    const Json& rules = document.contains("rules") ? document["rules"] : Json::array();
     if (!commands.is_array() || !rules.is_array()) {
         path.Fail("\"commands\" and \"rules\" must be lists");
     }
@@ -372,17 +370,17 @@ Schema parse_schema(const json& document, const std::string& source) {
     return schema;
 }
 
-json to_json(const Schema& schema) {
-    json commands = json::array();
+Json to_json(const Schema& schema) {
+    Json commands = Json::array();
     for (const CommandSchema& command : schema.commands) {
-        json items = json::array();
+        Json items = Json::array();
         for (const ItemSchema& item : command.items) {
-            json entry = {
+            Json entry = {
                 {"name", item.name},
                 {"kind", ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(item.kind)]},
                 {"type", data_type_name(item.type)}};
             if (item.type == DataType::ENUM) {
-                json keywords = json::object();
+                Json keywords = Json::object();
                 for (const auto& [keyword, value] : item.keywords) {
                     keywords[keyword] = value;
                 }
@@ -400,7 +398,7 @@ json to_json(const Schema& schema) {
             }
             items.push_back(entry);
         }
-        json entry = {{"keyword", command.keyword},
+        Json entry = {{"keyword", command.keyword},
                       {"kind", ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]},
                       {"create_default", command.create_default}};
         if (!command.description.empty()) {
@@ -409,16 +407,16 @@ json to_json(const Schema& schema) {
         entry["items"] = items;
         commands.push_back(entry);
     }
-    json rules = json::array();
+    Json rules = Json::array();
     for (const RuleSchema& rule : schema.rules) {
-        json entry = {{"rule", rule.rule}};
+        Json entry = {{"rule", rule.rule}};
         entry.update(rule.parameters);
         if (!rule.description.empty()) {
             entry["description"] = rule.description;
         }
         rules.push_back(entry);
     }
-    json document = json::object();
+    Json document = Json::object();
     if (!schema.description.empty()) {
         document["description"] = schema.description;
     }

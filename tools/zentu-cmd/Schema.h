@@ -13,13 +13,17 @@
 
 namespace zentu_cmd {
 
+// JSON that keeps the order of its keys, so that keywords and fields stay in the order in which a
+// schema file writes them.
+using Json = nlohmann::ordered_json;
+
 // One item that a command may hold, as a schema file describes it.
 struct ItemSchema {
     std::string name;
     ZentuCmdItemDefs::CmdItem kind = ZentuCmdItemDefs::CmdItem::PLACEHOLDER;
     ZentuCmdItemDefs::DataType type = ZentuCmdItemDefs::DataType::AUTO;
     // The default as the file gives it (a number for INTEGER and REAL, else a text); null if none.
-    nlohmann::json default_value;
+    Json default_value;
     // The keywords of an ENUM item with their values, in the order of the file.
     std::vector<std::pair<std::string, int>> keywords;
     // The command kind that a REFERENCE item names.
@@ -40,7 +44,7 @@ struct CommandSchema {
 struct RuleSchema {
     std::string rule;
     // Everything of the rule's entry but its name and description: the rule's parameters.
-    nlohmann::json parameters;
+    Json parameters;
     std::string description;
 };
 
@@ -61,10 +65,10 @@ const char* builtin_schema_text();
 Schema load_schema_file(const std::string& path);
 
 // Reads a schema from a JSON document; throws ToolError naming the entry at fault, after source.
-Schema parse_schema(const nlohmann::json& document, const std::string& source);
+Schema parse_schema(const Json& document, const std::string& source);
 
 // The schema as a JSON document in the format that parse_schema reads.
-nlohmann::json to_json(const Schema& schema);
+Json to_json(const Schema& schema);
 
 // What a configuration built from a schema completes a job with.
 enum class Completion {

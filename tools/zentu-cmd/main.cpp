@@ -78,6 +78,8 @@ int main(int argc, char** argv) {
         "zentu-cmd"};
     app.set_version_flag("--version", std::string("zentu-cmd ") + ZENTU_CMD_VERSION);
     app.require_subcommand(1);
+    // Global options may also follow the subcommand, as in `zentu-cmd check --quiet job.par`.
+    app.fallthrough();
 
     std::string schemaPath;
     bool quiet = false;

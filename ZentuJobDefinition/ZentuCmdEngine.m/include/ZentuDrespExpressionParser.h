@@ -17,6 +17,12 @@ namespace ZentuDrespExpressionParser {
 ZENTU_CMD_ENGINE_API void dresp_expression_rule(ZentuCmdContainer& container,
                                                 const ZentuCmdItemDefs::KeywordMap& keywords);
 
+// The token descriptions with which dresp_expression_rule reads the expressions of container:
+// first its references, %ID_NAME% of every DRESP and then every OPERATOR command, matched
+// without case, then the default setup. Hosts use it to check an expression before the rule runs.
+ZENTU_CMD_ENGINE_API std::vector<ZentuMathExpressions::TokenDescription> create_token_setup(
+    const ZentuCmdContainer& container);
+
 // Turns one expression, in postfix order, into the combination items of command, creating the
 // generated commands of its groups in container.
 ZENTU_CMD_ENGINE_API void find_combine_expressions(

@@ -276,7 +276,9 @@ std::string reference_text(const ZentuCmd& command) {
     return "%" + identifier + "%";
 }
 
-std::vector<TokenDescription> token_setup(const ZentuCmdContainer& container) {
+}  // namespace
+
+std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
     std::vector<std::string> references;
     for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
         for (const auto& command : container.GetCommands(kind)) {
@@ -293,11 +295,9 @@ std::vector<TokenDescription> token_setup(const ZentuCmdContainer& container) {
     return setup;
 }
 
-}  // namespace
-
 void dresp_expression_rule(ZentuCmdContainer& container,
                            const ZentuCmdItemDefs::KeywordMap& keywords) {
-    const std::vector<TokenDescription> setup = token_setup(container);
+    const std::vector<TokenDescription> setup = create_token_setup(container);
     CommandIndex index(container);
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
