@@ -297,7 +297,7 @@ class Reader {
     }
 
     // Adds start, start + step, ... while they lie between start and end, and end itself when the
-    // steps reach it exactly. The sum wraps as 32-bit arithmetic does, which ends the range.
+    // steps reach it exactly; a step that would leave the int range ends the range.
     ReadError AddRange(int start, int end, int step) {
         LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_RANGE, start,
                    end, step);
@@ -311,15 +311,19 @@ class Reader {
             if (const ReadError error = InsertNear(current, hint); error != ReadError::NONE) {
                 return error;
             }
-            const int next = WrappingSum(current, step);
-            if (next == current) {
+            if (step == 0) {
                 LogNumbers(KPL_LogMacros::LOG_WARNING, __LINE__, Messages::BRELT_LIST_INVALID_STEP,
                            step);
                 break;
             }
-            current = next;
-            // Back at the start, a wrapping range would repeat its values for ever.
-            if (current == start || (start < next) != ascending || (next < end) != ascending) {
+            const std::int64_t next = std::int64_t{current} + step;
+            // A sum beyond the int range would wrap, and a wrap-around ends the range: a wrapped
+            // value may land back between start and end, where it is no step of the range.
+            if (next < std::numeric_limits<int>::min() || next > std::numeric_limits<int>::max()) {
+                break;
+            }
+            current = static_cast<int>(next);
+            if ((start < current) != ascending || (current < end) != ascending) {
                 break;
             }
         }
@@ -348,16 +352,6 @@ class Reader {
             present += (std::int64_t{*it} - start) % stride == 0 ? 1 : 0;
         }
         return values - present <= room;
-    }
-
-    // The sum in 32-bit arithmetic that wraps, without the undefined behaviour of int overflow.
-    static int WrappingSum(int value, int step) {
-        constexpr std::int64_t WRAP = std::int64_t{1} << 32;
-        const std::int64_t sum = std::int64_t{value} + step;
-        if (sum > std::numeric_limits<int>::max()) {
-            return static_cast<int>(sum - WRAP);
-        }
-        return static_cast<int>(sum < std::numeric_limits<int>::min() ? sum + WRAP : sum);
     }
 
     // Adds a value unless the list would exceed the bound.

@@ -278,6 +278,13 @@ class ParFileParser {
             Fail(KPL_Failure::Format(Messages::PAR_FILE_COMMAND_LINE_NOT_ONE_WORD,
                                      shownPath_.c_str(), number, Excerpt(line).c_str()));
         }
+        // A keyword is written back as a line of text; a control byte in it (a NUL above all)
+        // would not survive that, so the file is refused rather than silently changed.
+        if (std::any_of(line.begin(), line.end(),
+                        [](char c) { return IsControlByte(static_cast<unsigned char>(c)); })) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_COMMAND_WORD_NOT_PRINTABLE,
+                                     shownPath_.c_str(), number, Excerpt(line).c_str()));
+        }
         command_ = OpenCommand{std::move(line), number, {}};
     }
 

@@ -89,6 +89,9 @@ inline constexpr const char* PAR_FILE_ITEM_OUTSIDE_COMMAND =
 // A keyword line holding several words; %s, %zu, %s: the path, the line and its text.
 inline constexpr const char* PAR_FILE_COMMAND_LINE_NOT_ONE_WORD =
     "%s:%zu: a command line must hold one word: '%s'";
+// Path, line, the keyword as written (control bytes shown as \xNN).
+inline constexpr const char* PAR_FILE_COMMAND_WORD_NOT_PRINTABLE =
+    "%s:%zu: a command keyword must not hold control characters: '%s'";
 
 // --- Expressions (ZentuMathExpressions) ---
 // Every failure names the position, counted in bytes from 1, and quotes the expression last, so

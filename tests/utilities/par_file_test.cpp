@@ -149,8 +149,9 @@ TEST_F(ParFileTest, RefusesMalformedFilesNamingFileAndLine) {
         {"DV\n  LIST\n  1\n\n", ":4: the file ends inside command DV opened on line 1"},
         {"DV\r\nA = 1\r\n# END_\r\n", ":3: the file ends inside command DV opened on line 1"},
         {"X\nEND_\nDV\nEND\n", ":4: the file ends inside command DV opened on line 3"},
+        // A keyword is written back as a line; a NUL in it would not survive that.
         {std::string("D\0V\x7F", 4),
-         ":1: the file ends inside command D\\x00V\\x7F opened on line 1"},
+         ":1: a command keyword must not hold control characters: 'D\\x00V\\x7F'"},
         // Quotations stop after 80 bytes, before a character that would not fit whole.
         {"A = " + std::string(100, 'x'),
          ":1: item line outside a command: 'A = " + std::string(76, 'x') + "...'"},
