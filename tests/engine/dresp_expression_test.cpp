@@ -1,12 +1,10 @@
-// The design-response expression rule: expressions whose items were worked out by hand from the
-// postfix token sequence, unusual command setups, bad input, and the whole road from a parameter
-// file through the rule to the written file.
+// The design-response expression rule: hand-derived expressions, unusual command setups, bad
+// input, and the road from a parameter file through the rule to the written file.
 //
-// Notation of the derivations: the postfix tokens, then after each step the stack S (bottom
-// first; Mc is a marker whose counter is c, R<g> a marker turned into a reference to the
-// generated command g), the weights W and the names N. The letter after a joining operator names
-// the reduction that applies (A, B, C1 to C4). A joining operator applied to a weight gives it
-// for '+' and its negation for '-'.
+// Each table row lists the reductions of its postfix form: P a number times a reference, G a
+// number times a group, which first closes the group into a generated command, the joins A (two
+// groups), B (zero under a group), C1 (reference under a group), C2 (group under a reference),
+// C3 (zero under a reference) and C4 (two references), and "none" where nothing applies.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -14,9 +12,9 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
-#include <optional>
 #include <ostream>
 #include <random>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -37,6 +35,7 @@
 #include "ZentuDrespExpressionParser.h"
 #include "ZentuMathExpressions.h"
 #include "ZentuParFileAdapter.h"
+#include "engine_test_support.h"
 
 namespace {
 
@@ -49,11 +48,9 @@ using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::EnumValue;
 using ZentuCmdItemDefs::KeywordMap;
 
-// The generated commands that several cases share, by the upper-case identifier they are stored
-// under; the names the rule builds keep the case of the references as written.
+// Generated commands are stored under the upper-case form of the name the rule builds.
 const std::string kSumAB = "_DRESPEXPR_+1*%A%+1*%B%_";
 
-// One term of a combination: the identifier of the command it names and its coefficient.
 struct Term {
     std::string id;
     double weight;
@@ -64,7 +61,7 @@ std::string IdOf(const ZentuCmd& cmd) {
     return ids.empty() ? std::string() : ids.front()->GetString();
 }
 
-// Terms are expected to name the command the rule finds the same way: DRESP before OPERATOR.
+// Terms must name the command the rule picks for an identifier: DRESP before OPERATOR.
 const ZentuCmd* FindById(const ZentuCmdContainer& container, const std::string& id) {
     for (const Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
         for (const auto& cmd : container.GetCommands(kind)) {
@@ -76,43 +73,37 @@ const ZentuCmd* FindById(const ZentuCmdContainer& container, const std::string& 
     return nullptr;
 }
 
-// Checks the items the rule appended to cmd behind the first `kept` items of the three kinds it
-// fills: a TYPE "COMBINE" when `combines`, and per term a VARIABLE reference and a WEIGHT real.
+// Checks what the rule appended behind the first `kept` TYPE, DV and OBJ_FUNC items of cmd: an
+// automatic TYPE COMBINE when `combines`, then per term a VARIABLE reference and a WEIGHT real.
 ::testing::AssertionResult IsCombination(const ZentuCmdContainer& container, const ZentuCmd& cmd,
                                          bool combines, const std::vector<Term>& terms,
                                          std::size_t kept = 0) {
     const auto& types = cmd.Items(CmdItem::TYPE);
-    if (types.size() != kept + (combines ? 1 : 0)) {
-        return ::testing::AssertionFailure() << types.size() << " TYPE items";
-    }
-    if (combines) {
-        const auto* type = dynamic_cast<const ZentuCmdAutoItem*>(types.back().get());
-        if (type == nullptr || type->GetName() != "TYPE" || type->GetString() != "COMBINE" ||
-            type->GetEnum() != EnumValue::COMBINE) {
-            return ::testing::AssertionFailure() << "the TYPE item is no automatic COMBINE";
-        }
-    }
     const auto& variables = cmd.Items(CmdItem::DV);
     const auto& weights = cmd.Items(CmdItem::OBJ_FUNC);
-    if (variables.size() != kept + terms.size() || weights.size() != kept + terms.size()) {
-        return ::testing::AssertionFailure()
-               << variables.size() << " DV and " << weights.size() << " OBJ_FUNC items";
+    if (types.size() != kept + (combines ? 1 : 0) || variables.size() != kept + terms.size() ||
+        weights.size() != kept + terms.size()) {
+        return ::testing::AssertionFailure() << types.size() << " TYPE, " << variables.size()
+                                             << " DV and " << weights.size() << " OBJ_FUNC items";
+    }
+    const auto* type =
+        combines ? dynamic_cast<const ZentuCmdAutoItem*>(types.back().get()) : nullptr;
+    if (combines && (type == nullptr || type->GetName() != "TYPE" ||
+                     type->GetString() != "COMBINE" || type->GetEnum() != EnumValue::COMBINE)) {
+        return ::testing::AssertionFailure() << "no automatic TYPE COMBINE";
     }
     for (std::size_t k = 0; k < terms.size(); ++k) {
-        const ZentuCmd* target = FindById(container, terms[k].id);
         const auto* variable =
             dynamic_cast<const ZentuCmdReferenceItem*>(variables[kept + k].get());
-        if (target == nullptr || variable == nullptr || variable->GetName() != "VARIABLE" ||
-            variable->GetReference() != target) {
-            return ::testing::AssertionFailure()
-                   << "term " << k << " does not refer to " << terms[k].id;
-        }
         const auto* weight = dynamic_cast<const ZentuCmdScalarItem*>(weights[kept + k].get());
-        if (weight == nullptr || weight->GetName() != "WEIGHT" ||
-            weight->GetReal() != terms[k].weight) {
+        const ZentuCmd* target = FindById(container, terms[k].id);
+        if (target == nullptr || variable == nullptr || variable->GetName() != "VARIABLE" ||
+            variable->GetReference() != target || weight == nullptr ||
+            weight->GetName() != "WEIGHT" || weight->GetReal() != terms[k].weight) {
             return ::testing::AssertionFailure()
-                   << "term " << k << " has the weight "
-                   << (weight == nullptr ? std::string("?") : weight->GetString());
+                   << "term " << k << " is " << weights[kept + k]->GetString() << "*"
+                   << variables[kept + k]->GetString() << ", not " << terms[k].weight << "*"
+                   << terms[k].id;
         }
     }
     return ::testing::AssertionSuccess();
@@ -124,7 +115,7 @@ class DrespExpressionTest : public ::testing::Test {
         return container_.CreateCommand(Cmd::DRESP, "DRESP", id);
     }
 
-    // The expression is kept exactly as written, so lower-case references reach the rule.
+    // A raw string keeps the expression as written, so lower-case references reach the rule.
     ZentuCmd& Operator(const std::string& id, const std::string& expression) {
         ZentuCmd& cmd = container_.CreateCommand(Cmd::OPERATOR, "OPERATOR", id);
         cmd.AddItem(CmdItem::ADD_FILE,
@@ -138,9 +129,6 @@ class DrespExpressionTest : public ::testing::Test {
     const KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
 };
 
-// ---- Whole expressions with their hand-derived items ----
-
-// A command the rule generates, in creation order.
 struct Generated {
     std::string id;
     std::vector<Term> terms;
@@ -151,7 +139,7 @@ struct ExpressionCase {
     std::string expression;
     bool combines;
     std::vector<Term> terms;
-    std::vector<Generated> generated;
+    std::vector<Generated> generated;  // in creation order
 };
 
 void PrintTo(const ExpressionCase& c, std::ostream* out) {
@@ -159,253 +147,64 @@ void PrintTo(const ExpressionCase& c, std::ostream* out) {
 }
 
 std::vector<ExpressionCase> HandDerivedCases() {
-    const std::vector<Term> none;
+    const std::string sumABC = "_DRESPEXPR_+1*%A%+1*%B%+1*%C%_";
+    const std::string cLess2A = "_DRESPEXPR_+1*%C%+-2*%A%_";
+    const std::string joined = "_DRESPEXPR_+2*%A%+3*%B%+4*%C%_";
+    const std::string less2APlusB = "_DRESPEXPR_+-2*%A%+1*%B%_";
+    // A generated name inside another keeps its own closing underscore.
+    const std::string twiceSum = "_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%__";
+    const std::string twiceSumPlusC = "_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%_+1*%C%_";
+    const std::string halfALessB = "_DRESPEXPR_+0.5*%A%+-1*%B%_";
+    const Generated sumAB = {kSumAB, {{"A", 1}, {"B", 1}}};
+    // clang-format off
     return {
-        // 2 %A% * 3 %B% * +
-        //   2 %A% *   S=[M0]     W=(2)    N=(%A%)
-        //   3 %B% *   S=[M0 M0]  W=(2 3)  N=(%A% %B%)
-        //   + (A)     S=[M1]     W=(2 3)
-        {"WorkedProductsJoinedByPlus", "2*%A% + 3*%B%", true, {{"A", 2}, {"B", 3}}, {}},
-        // as above, the join - (A) turns W into (2 -3)
-        {"WorkedProductsJoinedByMinus", "2*%A% - 3*%B%", true, {{"A", 2}, {"B", -3}}, {}},
-        // %A% %B% +
-        //   + (C4)    S=[M1]  W=(1 1)  N=(%A% %B%)
-        {"WorkedReferencesJoinedByPlus", "%A% + %B%", true, {{"A", 1}, {"B", 1}}, {}},
-        // %A% %B% -
-        //   - (C4)    S=[M1]  W=(1 -1)  N=(%A% %B%)
-        {"WorkedReferencesJoinedByMinus", "%A% - %B%", true, {{"A", 1}, {"B", -1}}, {}},
-        // %A% %B% + 2 *
-        //   + (C4)    S=[M1]     W=(1 1)  N=(%A% %B%)
-        //   2         S=[M1 2]
-        //   * closes  g=_DrespExpr_+1*%A%+1*%B%_ takes W=(1 1) N=(%A% %B%); S=[R<g> 2] W=() N=()
-        //   * product S=[M0]  W=(2)  N=(g)
-        {"WorkedGroupTimesNumber",
-         "(%A% + %B%)*2",
-         true,
-         {{kSumAB, 2}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}}}},
-        // %A% %B% - 2 *
-        //   - (C4)    S=[M1]  W=(1 -1)
-        //   2 *       g=_DrespExpr_+1*%A%+-1*%B%_ takes both; S=[M0]  W=(2)  N=(g)
-        {"GroupWithMinusTimesNumber",
-         "(%A% - %B%)*2",
-         true,
-         {{"_DRESPEXPR_+1*%A%+-1*%B%_", 2}},
-         {{"_DRESPEXPR_+1*%A%+-1*%B%_", {{"A", 1}, {"B", -1}}}}},
-        // 2 %A% %B% + *
-        //   + (C4)    S=[2 M1]  W=(1 1)  N=(%A% %B%)
-        //   * closes  the marker over the 2: g=_DrespExpr_+1*%A%+1*%B%_; S=[2 R<g>]
-        //   * product S=[M0]  W=(2)  N=(g)
-        {"NumberTimesGroup",
-         "2*(%A% + %B%)",
-         true,
-         {{kSumAB, 2}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}}}},
-        // %A% %B% + %C% +
-        //   + (C4)    S=[M1]  W=(1 1)    N=(%A% %B%)
-        //   %C% + (C2) S=[M2] W=(1 1 1)  N=(%A% %B% %C%)
-        {"ThreeReferences", "%A% + %B% + %C%", true, {{"A", 1}, {"B", 1}, {"C", 1}}, {}},
-        // %A% %B% - %C% -
-        //   - (C4)    S=[M1]  W=(1 -1)
-        //   %C% - (C2) S=[M2] W=(1 -1 -1)
-        {"ThreeReferencesSubtracted",
-         "%A% - %B% - %C%",
-         true,
-         {{"A", 1}, {"B", -1}, {"C", -1}},
-         {}},
-        // %A% %B% + %C% + 2 *
-        //   + (C4), %C% + (C2)  S=[M2]  W=(1 1 1)  N=(%A% %B% %C%)
-        //   2 * closes all three: g=_DrespExpr_+1*%A%+1*%B%+1*%C%_; S=[M0] W=(2) N=(g)
-        {"GroupOfThreeTimesNumber",
-         "(%A% + %B% + %C%)*2",
-         true,
-         {{"_DRESPEXPR_+1*%A%+1*%B%+1*%C%_", 2}},
-         {{"_DRESPEXPR_+1*%A%+1*%B%+1*%C%_", {{"A", 1}, {"B", 1}, {"C", 1}}}}},
-        // 2 %A% *: the factor is the number under the reference; S=[M0] W=(2) N=(%A%)
-        {"NumberTimesReference", "2*%A%", true, {{"A", 2}}, {}},
-        // %A% 2 *: the factor is the number over the reference; S=[M0] W=(2) N=(%A%)
-        {"ReferenceTimesNumber", "%A%*2", true, {{"A", 2}}, {}},
-        // %A% 2 %B% * - %C% 3 * +
-        //   2 %B% *   S=[%A% M0]  W=(2)       N=(%B%)
-        //   - (C1)    S=[M1]      W=(1 -2)    N=(%A% %B%)
-        //   %C% 3 *   S=[M1 M0]   W=(1 -2 3)  N=(%A% %B% %C%)
-        //   + (A)     S=[M2]
-        {"ProductsOnBothSidesWithSubtraction",
-         "%A% - 2*%B% + %C%*3",
-         true,
-         {{"A", 1}, {"B", -2}, {"C", 3}},
-         {}},
-        // 0 %A% - %B% +
-        //   - (C3)    S=[M0]  W=(-1)    N=(%A%)
-        //   %B% + (C2) S=[M1] W=(-1 1)  N=(%A% %B%)
-        {"LeadingMinus", "-%A% + %B%", true, {{"A", -1}, {"B", 1}}, {}},
-        // 0 2 %A% * -
-        //   *         S=[0 M0]  W=(2)   N=(%A%)
-        //   - (B)     S=[M0]    W=(-2)
-        {"LeadingMinusOfProduct", "-2*%A%", true, {{"A", -2}}, {}},
-        // 0 2 %A% * +: as above, + (B) keeps W=(2)
-        {"ZeroPlusProduct", "0 + 2*%A%", true, {{"A", 2}}, {}},
-        // 0 %A% +
-        //   + (C3)    S=[M0]  W=(1)  N=(%A%)
-        {"LeadingPlus", "+%A%", true, {{"A", 1}}, {}},
-        // %A% 0 %B% - -
-        //   - (C3)    S=[%A% M0]  W=(-1)   N=(%B%)
-        //   - (C1)    S=[M1]      W=(1 1)  N=(%A% %B%)
-        {"NegatedNegation", "%A% - (-%B%)", true, {{"A", 1}, {"B", 1}}, {}},
-        // 1e-17 %A% -: 1e-17 counts as zero, so - (C3) gives W=(-1) N=(%A%)
-        {"TinyNumberCountsAsZero", "1e-17 - %A%", true, {{"A", -1}}, {}},
-        // 1e-16 %A% -: a number that is no zero under a reference: nothing; S=[1e-16 %A%] W=()
-        {"SmallestNonZeroNumber", "1e-16 - %A%", false, none, {}},
-        // 0 %A% * %B% +
-        //   *         S=[M0]  W=(0)    N=(%A%)
-        //   + (C2)    S=[M1]  W=(0 1)  N=(%A% %B%)
-        {"ZeroFactor", "0*%A% + %B%", true, {{"A", 0}, {"B", 1}}, {}},
-        // %A% 0 -: a zero over a reference matches no case; S=[%A% 0] W=()
-        {"SubtractedZero", "%A% - 0", false, none, {}},
-        // %A%: S=[%A%] W=()
-        {"LoneReference", "%A%", false, none, {}},
-        // 2 3 *: two numbers make no product; S=[2 3] W=()
-        {"ProductOfTwoNumbers", "2*3", false, none, {}},
-        // 2 3 * %A% *
-        //   first *   two numbers: nothing; S=[2 3]
-        //   %A% *     S=[2 M0]  W=(3)  N=(%A%)
-        {"NumbersBeforeReference", "2*3*%A%", true, {{"A", 3}}, {}},
-        // %C% %A% %B% + -
-        //   + (C4)    S=[%C% M1]  W=(1 1)     N=(%A% %B%)
-        //   - (C1)    S=[M2]      W=(1 1 -1)  N=(%A% %C% %B%)
-        // The join reaches only the last term of the group, as the reductions are defined.
-        {"SubtractedGroup", "%C% - (%A% + %B%)", true, {{"A", 1}, {"C", 1}, {"B", -1}}, {}},
-        // %C% %A% %B% + 2 * -
-        //   + (C4)    S=[%C% M1]  W=(1 1)  N=(%A% %B%)
-        //   2 *       g=_DrespExpr_+1*%A%+1*%B%_; S=[%C% M0]  W=(2)  N=(g)
-        //   - (C1)    S=[M1]  W=(1 -2)  N=(%C% g)
-        {"SubtractedGroupTimesNumber",
-         "%C% - (%A% + %B%)*2",
-         true,
-         {{"C", 1}, {kSumAB, -2}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}}}},
-        // %C% 2 %A% * - 3 *
-        //   2 %A% *   S=[%C% M0]  W=(2)     N=(%A%)
-        //   - (C1)    S=[M1]      W=(1 -2)  N=(%C% %A%)
-        //   3 *       g=_DrespExpr_+1*%C%+-2*%A%_; S=[M0]  W=(3)  N=(g)
-        {"GroupWithSubtractedProduct",
-         "(%C% - 2*%A%)*3",
-         true,
-         {{"_DRESPEXPR_+1*%C%+-2*%A%_", 3}},
-         {{"_DRESPEXPR_+1*%C%+-2*%A%_", {{"C", 1}, {"A", -2}}}}},
-        // 2 %A% * 3 %B% * 4 %C% * + + 5 *
-        //   products  S=[M0 M0 M0]  W=(2 3 4)  N=(%A% %B% %C%)
-        //   + (A)     S=[M0 M1]
-        //   + (A)     S=[M2]
-        //   5 *       g=_DrespExpr_+2*%A%+3*%B%+4*%C%_; S=[M0]  W=(5)  N=(g)
-        {"GroupOfJoinedProducts",
-         "(2*%A% + (3*%B% + 4*%C%))*5",
-         true,
-         {{"_DRESPEXPR_+2*%A%+3*%B%+4*%C%_", 5}},
-         {{"_DRESPEXPR_+2*%A%+3*%B%+4*%C%_", {{"A", 2}, {"B", 3}, {"C", 4}}}}},
-        // 0 2 %A% * - %B% + 3 *
-        //   2 %A% *   S=[0 M0]  W=(2)
-        //   - (B)     S=[M0]    W=(-2)
-        //   %B% + (C2) S=[M1]   W=(-2 1)  N=(%A% %B%)
-        //   3 *       g=_DrespExpr_+-2*%A%+1*%B%_; S=[M0]  W=(3)  N=(g)
-        {"GroupAfterZeroUnderMarker",
-         "(-2*%A% + %B%)*3",
-         true,
-         {{"_DRESPEXPR_+-2*%A%+1*%B%_", 3}},
-         {{"_DRESPEXPR_+-2*%A%+1*%B%_", {{"A", -2}, {"B", 1}}}}},
-        // 0 %A% - 2 *
-        //   - (C3)    S=[M0]  W=(-1)  N=(%A%)
-        //   2 *       g=_DrespExpr_+-1*%A%_; S=[M0]  W=(2)  N=(g)
-        {"NegatedReferenceTimesNumber",
-         "(-%A%)*2",
-         true,
-         {{"_DRESPEXPR_+-1*%A%_", 2}},
-         {{"_DRESPEXPR_+-1*%A%_", {{"A", -1}}}}},
-        // 3 2 %A% * *
-        //   first *   S=[3 M0]  W=(2)  N=(%A%)
-        //   second *  the marker over the 3 closes: g=_DrespExpr_+2*%A%_; S=[3 R<g>]
-        //             product S=[M0]  W=(3)  N=(g)
-        {"NumberTimesProduct",
-         "3*(2*%A%)",
-         true,
-         {{"_DRESPEXPR_+2*%A%_", 3}},
-         {{"_DRESPEXPR_+2*%A%_", {{"A", 2}}}}},
-        // %A% %B% + 2 * 3 *
-        //   + (C4), 2 *  g=_DrespExpr_+1*%A%+1*%B%_; S=[M0]  W=(2)  N=(g)
-        //   3 *       h=_DrespExpr_+2*g_ (g ends in its own underscore); S=[M0] W=(3) N=(h)
-        {"GroupTimesNumberTimesNumber",
-         "((%A% + %B%)*2)*3",
-         true,
-         {{"_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%__", 3}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}},
-          {"_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%__", {{kSumAB, 2}}}}},
-        // %A% %B% + 2 * %C% + 3 *
-        //   + (C4), 2 *  g=_DrespExpr_+1*%A%+1*%B%_; S=[M0]  W=(2)  N=(g)
-        //   %C% + (C2)   S=[M1]  W=(2 1)  N=(g %C%)
-        //   3 *       h=_DrespExpr_+2*g+1*%C%_; S=[M0]  W=(3)  N=(h)
-        {"NestedGroups",
-         "((%A% + %B%)*2 + %C%)*3",
-         true,
-         {{"_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%_+1*%C%_", 3}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}},
-          {"_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%_+1*%C%_", {{kSumAB, 2}, {"C", 1}}}}},
-        // 0.5 %A% * %B% - 4 *
-        //   *         S=[M0]  W=(0.5)     N=(%A%)
-        //   - (C2)    S=[M1]  W=(0.5 -1)  N=(%A% %B%)
-        //   4 *       g=_DrespExpr_+0.5*%A%+-1*%B%_; S=[M0]  W=(4)  N=(g)
-        {"FractionalWeightInName",
-         "(0.5*%A% - %B%)*4",
-         true,
-         {{"_DRESPEXPR_+0.5*%A%+-1*%B%_", 4}},
-         {{"_DRESPEXPR_+0.5*%A%+-1*%B%_", {{"A", 0.5}, {"B", -1}}}}},
-        // %A% %B% + 2 * %A% %B% + 3 * +
-        //   + (C4), 2 *  g created; S=[M0]  W=(2)  N=(g)
-        //   + (C4)    S=[M0 M1]  W=(2 1 1)  N=(g %A% %B%)
-        //   3 *       the same name: g is found, not created again; S=[M0 M0] W=(2 3) N=(g g)
-        //   + (A)     S=[M1]
-        {"SameGroupTwice",
-         "(%A% + %B%)*2 + (%A% + %B%)*3",
-         true,
-         {{kSumAB, 2}, {kSumAB, 3}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}}}},
-        // %a% %b% + 2 * %A% %B% + 3 * -
-        //   + (C4), 2 *  g=_DrespExpr_+1*%a%+1*%b%_ is created under its upper-case name
-        //   + (C4), 3 *  _DrespExpr_+1*%A%+1*%B%_ finds g by that name; S=[M0 M0] W=(2 3)
-        //   - (A)     S=[M1]  W=(2 -3)
-        {"LowerCaseGroupFoundInUpperCase",
-         "(%a% + %b%)*2 - (%A% + %B%)*3",
-         true,
-         {{kSumAB, 2}, {kSumAB, -3}},
-         {{kSumAB, {{"A", 1}, {"B", 1}}}}},
-        // %a% 2 %b% * +
-        //   2 %b% *   S=[%a% M0]  W=(2)    N=(%b%)
-        //   + (C1)    S=[M1]      W=(1 2)  N=(%a% %b%), looked up as A and B
-        {"LowerCaseReferences", "%a% + 2*%b%", true, {{"A", 1}, {"B", 2}}, {}},
-        // %A% 0.5 * %B% 2 / -
-        //   *         S=[M0]  W=(0.5)  N=(%A%)
-        //   %B% 2 /   pushed as they are: S=[M0 %B% 2 /]
-        //   -         nothing; the top is no marker at the end, so the pending term is lost
-        {"QuotientLeftOnTop", "%A%*0.5 - %B%/2", false, none, {}},
-        // %A% %B% + %C% *
-        //   + (C4)    S=[M1]  W=(1 1)
-        //   %C% *     a marker and a reference: nothing; S=[M1 %C%], no marker on top
-        {"GroupTimesReference", "(%A% + %B%)*%C%", false, none, {}},
-        // %A% %d9% + 2 %% * -
-        //   + (C4)    S=[M1]     W=(1 1)    N=(%A% %d9%)
-        //   2 %% *    S=[M1 M0]  W=(1 1 2)  N=(%A% %d9% %%)
-        //   - (A)     S=[M2]     W=(1 1 -2)
-        // D9 names no command (the one listed holds d9) and %% the empty identifier: both dropped.
-        {"MissingCommandsDropped", "%A% + %d9% - 2*%%", true, {{"A", 1}}, {}},
-        // %d9% %% +: (C4) W=(1 1), and neither term is found
-        {"AllTermsMissing", "%d9% + %%", true, none, {}},
-        // no tokens
-        {"EmptyExpression", "", false, none, {}},
-        {"BlankExpression", "   ", false, none, {}},
+        {"WorkedProductsJoinedByPlus", "2*%A% + 3*%B%", true, {{"A", 2}, {"B", 3}}, {}},  // P, P, A
+        {"WorkedProductsJoinedByMinus", "2*%A% - 3*%B%", true, {{"A", 2}, {"B", -3}}, {}},  // P, P, A
+        {"WorkedReferencesJoinedByPlus", "%A% + %B%", true, {{"A", 1}, {"B", 1}}, {}},  // C4
+        {"WorkedReferencesJoinedByMinus", "%A% - %B%", true, {{"A", 1}, {"B", -1}}, {}},  // C4
+        {"WorkedGroupTimesNumber", "(%A% + %B%)*2", true, {{kSumAB, 2}}, {sumAB}},  // C4, G
+        {"NumberTimesGroup", "2*(%A% + %B%)", true, {{kSumAB, 2}}, {sumAB}},  // C4, G with the number below
+        {"ThreeReferences", "%A% + %B% + %C%", true, {{"A", 1}, {"B", 1}, {"C", 1}}, {}},  // C4, C2
+        {"GroupOfThreeTimesNumber", "(%A% + %B% + %C%)*2", true, {{sumABC, 2}}, {{sumABC, {{"A", 1}, {"B", 1}, {"C", 1}}}}},  // C4, C2, G
+        {"NumberTimesReference", "2*%A%", true, {{"A", 2}}, {}},  // P
+        {"ReferenceTimesNumber", "%A%*2", true, {{"A", 2}}, {}},  // P with the number on top
+        {"ProductsOnBothSidesWithSubtraction", "%A% - 2*%B% + %C%*3", true, {{"A", 1}, {"B", -2}, {"C", 3}}, {}},  // P, C1, P, A
+        {"LeadingMinus", "-%A% + %B%", true, {{"A", -1}, {"B", 1}}, {}},  // C3, C2
+        {"LeadingMinusOfProduct", "-2*%A%", true, {{"A", -2}}, {}},  // P, B
+        {"NegatedNegation", "%A% - (-%B%)", true, {{"A", 1}, {"B", 1}}, {}},  // C3, C1
+        {"TinyNumberCountsAsZero", "1e-17 - %A%", true, {{"A", -1}}, {}},  // C3
+        {"SmallestNonZeroNumber", "1e-16 - %A%", false, {}, {}},  // none
+        {"ZeroFactor", "0*%A% + %B%", true, {{"A", 0}, {"B", 1}}, {}},  // P, C2
+        {"SubtractedZero", "%A% - 0", false, {}, {}},  // none: a zero over a reference
+        {"LoneReference", "%A%", false, {}, {}},  // no operator
+        {"ProductOfTwoNumbers", "2*3", false, {}, {}},  // none
+        {"NumbersBeforeReference", "2*3*%A%", true, {{"A", 3}}, {}},  // none, P
+        // C1 puts the reference before the group's last term, which alone takes the sign.
+        {"SubtractedGroup", "%C% - (%A% + %B%)", true, {{"A", 1}, {"C", 1}, {"B", -1}}, {}},  // C4, C1
+        {"SubtractedGroupTimesNumber", "%C% - (%A% + %B%)*2", true, {{"C", 1}, {kSumAB, -2}}, {sumAB}},  // C4, G, C1
+        {"GroupWithSubtractedProduct", "(%C% - 2*%A%)*3", true, {{cLess2A, 3}}, {{cLess2A, {{"C", 1}, {"A", -2}}}}},  // P, C1, G
+        {"GroupOfJoinedProducts", "(2*%A% + (3*%B% + 4*%C%))*5", true, {{joined, 5}}, {{joined, {{"A", 2}, {"B", 3}, {"C", 4}}}}},  // P, P, P, A, A, G
+        {"GroupAfterZeroUnderMarker", "(-2*%A% + %B%)*3", true, {{less2APlusB, 3}}, {{less2APlusB, {{"A", -2}, {"B", 1}}}}},  // P, B, C2, G
+        {"NegatedReferenceTimesNumber", "(-%A%)*2", true, {{"_DRESPEXPR_+-1*%A%_", 2}}, {{"_DRESPEXPR_+-1*%A%_", {{"A", -1}}}}},  // C3, G
+        {"NumberTimesProduct", "3*(2*%A%)", true, {{"_DRESPEXPR_+2*%A%_", 3}}, {{"_DRESPEXPR_+2*%A%_", {{"A", 2}}}}},  // P, G with the number below
+        {"GroupTimesNumberTimesNumber", "((%A% + %B%)*2)*3", true, {{twiceSum, 3}}, {sumAB, {twiceSum, {{kSumAB, 2}}}}},  // C4, G, G
+        {"NestedGroups", "((%A% + %B%)*2 + %C%)*3", true, {{twiceSumPlusC, 3}}, {sumAB, {twiceSumPlusC, {{kSumAB, 2}, {"C", 1}}}}},  // C4, G, C2, G
+        {"FractionalWeightInName", "(0.5*%A% - %B%)*4", true, {{halfALessB, 4}}, {{halfALessB, {{"A", 0.5}, {"B", -1}}}}},  // P, C2, G
+        {"SameGroupTwice", "(%A% + %B%)*2 + (%A% + %B%)*3", true, {{kSumAB, 2}, {kSumAB, 3}}, {sumAB}},  // C4, G, C4, G finding the first, A
+        {"LowerCaseGroupFoundInUpperCase", "(%a% + %b%)*2 - (%A% + %B%)*3", true, {{kSumAB, 2}, {kSumAB, -3}}, {sumAB}},  // C4, G, C4, G, A
+        {"LowerCaseReferences", "%a% + 2*%b%", true, {{"A", 1}, {"B", 2}}, {}},  // P, C1
+        {"QuotientLeftOnTop", "%A%*0.5 - %B%/2", false, {}, {}},  // P, none; no group on top at the end
+        {"GroupTimesReference", "(%A% + %B%)*%C%", false, {}, {}},  // C4, none
+        {"MissingCommandsDropped", "%A% + %d9% - 2*%%", true, {{"A", 1}}, {}},  // C4, P, A
+        {"AllTermsMissing", "%d9% + %%", true, {}, {}},  // C4
+        {"EmptyExpression", "", false, {}, {}},  // no tokens
+        {"BlankExpression", "   ", false, {}, {}},  // no tokens
     };
+    // clang-format on
 }
 
-// DRESP A, B, C; one listed as %d9% that no upper-case lookup finds; one without identifier,
-// listed as %%; and the OPERATOR P that holds the expression.
+// DRESP A, B, C; d9, which no upper-case lookup finds; one without identifier, listed as %%; and
+// the OPERATOR P.
 class DrespExpressionTable : public DrespExpressionTest,
                              public ::testing::WithParamInterface<ExpressionCase> {
   protected:
@@ -423,7 +222,6 @@ class DrespExpressionTable : public DrespExpressionTest,
 TEST_P(DrespExpressionTable, ExpandsIntoTheHandDerivedItems) {
     const ExpressionCase& expected = GetParam();
     Run();
-
     const ZentuCmd& subject = container_.GetCommand(Cmd::OPERATOR, 0);
     EXPECT_TRUE(subject.Items(CmdItem::ADD_FILE).empty());
     EXPECT_TRUE(IsCombination(container_, subject, expected.combines, expected.terms));
@@ -433,95 +231,67 @@ TEST_P(DrespExpressionTable, ExpandsIntoTheHandDerivedItems) {
         const ZentuCmd& made = container_.GetCommand(Cmd::OPERATOR, k + 1);
         EXPECT_EQ(made.GetName(), "OPERATOR");
         EXPECT_EQ(IdOf(made), expected.generated[k].id);
-        EXPECT_TRUE(IsCombination(container_, made, true, expected.generated[k].terms))
-            << expected.generated[k].id;
+        EXPECT_TRUE(IsCombination(container_, made, true, expected.generated[k].terms));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(HandDerived, DrespExpressionTable, ::testing::ValuesIn(HandDerivedCases()),
                          [](const auto& info) { return std::string(info.param.label); });
 
-// ---- Several commands, and what the rule leaves alone ----
-
-TEST_F(DrespExpressionTest, OperatorReferringToAnotherOperator) {
+// A term names the first command under its identifier, a DRESP before an OPERATOR, and may name
+// another OPERATOR; a group is generated once, and not where a DRESP already holds its name.
+TEST_F(DrespExpressionTest, OperatorsShareTheCommandsOfOneContainer) {
     Dresp("A");
-    Dresp("B");
-    const ZentuCmd& first = Operator("P1", "%A% + %B%");
-    // 2 %P1% * %A% -
-    //   *         S=[M0]  W=(2)     N=(%P1%)
-    //   - (C2)    S=[M1]  W=(2 -1)  N=(%P1% %A%)
-    const ZentuCmd& second = Operator("P2", "2*%P1% - %A%");
-    Run();
-    EXPECT_TRUE(IsCombination(container_, first, true, {{"A", 1}, {"B", 1}}));
-    EXPECT_TRUE(IsCombination(container_, second, true, {{"P1", 2}, {"A", -1}}));
-}
-
-TEST_F(DrespExpressionTest, TermsNameTheFirstCommandUnderTheirIdentifier) {
-    const ZentuCmd& firstA = Dresp("A");
     Dresp("A");
     container_.CreateCommand(Cmd::OPERATOR, "OPERATOR", "B");
-    const ZentuCmd& responseB = Dresp("B");
-    // %A% %B% + (C4): W=(1 1); a DRESP is preferred to an OPERATOR of the same identifier.
-    const ZentuCmd& subject = Operator("P", "%A% + %B%");
-    Run();
-    ASSERT_TRUE(IsCombination(container_, subject, true, {{"A", 1}, {"B", 1}}));
-    EXPECT_EQ(subject.Items(CmdItem::DV)[0]->GetReference(), &firstA);
-    EXPECT_EQ(subject.Items(CmdItem::DV)[1]->GetReference(), &responseB);
-}
-
-TEST_F(DrespExpressionTest, GroupInTwoOperatorsIsGeneratedOnce) {
-    Dresp("A");
     Dresp("B");
-    // P1 creates _DrespExpr_+1*%A%+1*%B%_; P2 builds _DrespExpr_+1*%a%+1*%b%_ and finds it
-    // by the upper-case form.
-    const ZentuCmd& first = Operator("P1", "(%A% + %B%)*2");
-    const ZentuCmd& second = Operator("P2", "(%a% + %b%)*3");
+    Dresp(kSumAB);
+    const std::string diffAB = "_DRESPEXPR_+1*%A%+-1*%B%_";
+    const struct {
+        const char* id;
+        const char* expression;
+        std::vector<Term> terms;
+    } cases[] = {
+        {"P1", "%A% + %B%", {{"A", 1}, {"B", 1}}},       // C4
+        {"P2", "2*%P1% - %A%", {{"P1", 2}, {"A", -1}}},  // P, C2
+        {"P3", "(%A% + %B%)*2", {{kSumAB, 2}}},          // C4, G
+        {"P4", "(%A% - %B%)*3", {{diffAB, 3}}},          // C4, G
+        {"P5", "(%a% - %b%)*4", {{diffAB, 4}}},          // C4, G finding P4's group in upper case
+    };
+    std::vector<const ZentuCmd*> operators;
+    for (const auto& c : cases) {
+        operators.push_back(&Operator(c.id, c.expression));
+    }
     Run();
-    ASSERT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
-    EXPECT_EQ(IdOf(container_.GetCommand(Cmd::OPERATOR, 2)), kSumAB);
-    EXPECT_TRUE(IsCombination(container_, first, true, {{kSumAB, 2}}));
-    EXPECT_TRUE(IsCombination(container_, second, true, {{kSumAB, 3}}));
+    ASSERT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 7U);
+    EXPECT_TRUE(IsCombination(container_, container_.GetCommand(Cmd::OPERATOR, 6), true,
+                              {{"A", 1}, {"B", -1}}));
+    for (std::size_t k = 0; k < operators.size(); ++k) {
+        EXPECT_TRUE(IsCombination(container_, *operators[k], true, cases[k].terms)) << cases[k].id;
+    }
+    for (const auto& response : container_.GetCommands(Cmd::DRESP)) {
+        EXPECT_TRUE(IsCombination(container_, *response, false, {})) << IdOf(*response);
+    }
 }
 
-TEST_F(DrespExpressionTest, GeneratedNameHeldByDrespIsUsedInstead) {
+TEST_F(DrespExpressionTest, NewItemsFollowThoseHeldAndOnlyTheFirstExpressionGoes) {
     Dresp("A");
-    Dresp("B");
-    const ZentuCmd& taken = Dresp(kSumAB);
-    const ZentuCmd& subject = Operator("P", "(%A% + %B%)*2");
-    Run();
-    EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 1U);
-    EXPECT_TRUE(IsCombination(container_, taken, false, {}));
-    EXPECT_TRUE(IsCombination(container_, subject, true, {{kSumAB, 2}}));
-}
-
-TEST_F(DrespExpressionTest, NewItemsFollowThoseTheCommandHolds) {
-    Dresp("A");
-    const ZentuCmd& c = Dresp("C");
     ZentuCmd& subject = Operator("P", "2*%A%");
     subject.AddStringItem(CmdItem::TYPE, "TYPE", "max");
-    subject.AddItem(CmdItem::DV, "DV", c);
+    subject.AddItem(CmdItem::DV, "DV", Dresp("C"));
     subject.AddItem(CmdItem::OBJ_FUNC, std::make_unique<ZentuCmdScalarItem>("SCALE", 5.0));
-    const std::vector<const ZentuCmdItem*> held = {subject.Items(CmdItem::TYPE)[0].get(),
-                                                   subject.Items(CmdItem::DV)[0].get(),
-                                                   subject.Items(CmdItem::OBJ_FUNC)[0].get()};
+    subject.AddItem(CmdItem::ADD_FILE, std::make_unique<ZentuCmdRawStringItem>("ADD_FILE", "%C%"));
+    const CmdItem kinds[] = {CmdItem::TYPE, CmdItem::DV, CmdItem::OBJ_FUNC, CmdItem::ADD_FILE};
+    std::vector<const ZentuCmdItem*> held;
+    for (const CmdItem kind : kinds) {
+        held.push_back(subject.Items(kind).back().get());
+    }
     Run();
     EXPECT_TRUE(IsCombination(container_, subject, true, {{"A", 2}}, 1));
-    EXPECT_EQ(subject.Items(CmdItem::TYPE)[0].get(), held[0]);
-    EXPECT_EQ(subject.Items(CmdItem::DV)[0].get(), held[1]);
-    EXPECT_EQ(subject.Items(CmdItem::OBJ_FUNC)[0].get(), held[2]);
-}
-
-TEST_F(DrespExpressionTest, OnlyTheFirstExpressionIsReadAndRemoved) {
-    Dresp("A");
-    Dresp("B");
-    Dresp("C");
-    ZentuCmd& subject = Operator("P", "%A% + %B%");
-    subject.AddItem(CmdItem::ADD_FILE, std::make_unique<ZentuCmdRawStringItem>("ADD_FILE", "%C%"));
-    const ZentuCmdItem* further = subject.Items(CmdItem::ADD_FILE)[1].get();
-    Run();
-    EXPECT_TRUE(IsCombination(container_, subject, true, {{"A", 1}, {"B", 1}}));
     ASSERT_EQ(subject.Items(CmdItem::ADD_FILE).size(), 1U);
-    EXPECT_EQ(subject.Items(CmdItem::ADD_FILE)[0].get(), further);
+    for (std::size_t k = 0; k < held.size(); ++k) {
+        EXPECT_EQ(subject.Items(kinds[k]).front().get(), held[k]);
+    }
 }
 
 TEST_F(DrespExpressionTest, CommandsWithoutTextExpressionAreUntouched) {
@@ -535,27 +305,19 @@ TEST_F(DrespExpressionTest, CommandsWithoutTextExpressionAreUntouched) {
     numberFirst.AddItem(CmdItem::ADD_FILE, std::make_unique<ZentuCmdScalarItem>("ADD_FILE", 1.0));
     numberFirst.AddItem(CmdItem::ADD_FILE,
                         std::make_unique<ZentuCmdRawStringItem>("ADD_FILE", "%B% + %B%"));
-    std::vector<const ZentuCmdItem*> expressions;
-    for (const ZentuCmd& cmd : container_) {
-        for (const auto& item : cmd.Items(CmdItem::ADD_FILE)) {
-            expressions.push_back(item.get());
+    const auto identities = [this] {
+        std::vector<std::vector<const ZentuCmdItem*>> all;
+        for (const ZentuCmd& cmd : container_) {
+            all.push_back(zentu_test::Identities(cmd));
         }
-    }
-
+        return all;
+    };
+    const auto before = identities();
     Run();
-    EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
-    std::vector<const ZentuCmdItem*> kept;
-    for (const ZentuCmd& cmd : container_) {
-        for (const auto& item : cmd.Items(CmdItem::ADD_FILE)) {
-            kept.push_back(item.get());
-        }
-        EXPECT_TRUE(IsCombination(container_, cmd, false, {})) << IdOf(cmd);
-    }
-    EXPECT_EQ(kept, expressions);
+    EXPECT_EQ(identities(), before);
 }
 
-// ---- Token sequences that no expression text produces ----
-
+// Token sequences that no expression text produces.
 Expr::Token MakeToken(const std::string& text) {
     if (text == "*") {
         return {text, 0.0, Expr::build_single_token(Expr::PRODUCT_TYPE, 2)};
@@ -573,31 +335,23 @@ Expr::Token MakeToken(const std::string& text) {
 TEST_F(DrespExpressionTest, TokenSequencesWithoutExpressionText) {
     Dresp("A");
     Dresp("B");
-    const struct {
-        std::vector<std::string> tokens;
-        std::vector<Term> terms;
-    } cases[] = {
-        // * dropped as the first token; 2 %A% then *: W=(2) N=(%A%)
-        {{"*", "2", "%A%", "*"}, {{"A", 2}}},
-        // * dropped as the second token; %A% %B% + (C4): W=(1 1)
-        {{"%A%", "*", "%B%", "+"}, {{"A", 1}, {"B", 1}}},
-        // %A% %NOPE% - (C4): W=(1 -1); no command is named NOPE, so that term is left out
-        {{"%A%", "%NOPE%", "-"}, {{"A", 1}}},
+    const std::pair<std::vector<std::string>, std::vector<Term>> cases[] = {
+        {{"*", "2", "%A%", "*"}, {{"A", 2}}},              // a leading * is dropped; P
+        {{"%A%", "*", "%B%", "+"}, {{"A", 1}, {"B", 1}}},  // a * second is dropped; C4
+        {{"%A%", "%NOPE%", "-"}, {{"A", 1}}},              // C4; no command is named NOPE
     };
-    for (const auto& c : cases) {
+    for (const auto& [texts, terms] : cases) {
         std::vector<Expr::Token> tokens;
-        for (const std::string& text : c.tokens) {
+        for (const std::string& text : texts) {
             tokens.push_back(MakeToken(text));
         }
         ZentuCmd& subject = container_.CreateCommand(Cmd::OPERATOR, "OPERATOR", "P");
         ZentuDrespExpressionParser::find_combine_expressions(tokens, keywords_, container_,
                                                              subject);
-        EXPECT_TRUE(IsCombination(container_, subject, true, c.terms)) << c.tokens.front();
+        EXPECT_TRUE(IsCombination(container_, subject, true, terms)) << texts.front();
     }
     EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
 }
-
-// ---- Bad input and extremes ----
 
 class DrespBadExpression : public DrespExpressionTest,
                            public ::testing::WithParamInterface<std::string> {};
@@ -608,16 +362,13 @@ TEST_P(DrespBadExpression, FailsAtItsCommandAndKeepsEarlierChanges) {
     const ZentuCmd& before = Operator("P1", "%A% + %B%");
     const ZentuCmd& failing = Operator("P2", GetParam());
     const ZentuCmd& after = Operator("P3", "%A% - %B%");
-
-    std::optional<KPL_Failure> failure;
     try {
         Run();
-    } catch (const KPL_Failure& caught) {
-        failure = caught;
+        FAIL() << "the rule accepted the expression";
+    } catch (const KPL_Failure& failure) {
+        EXPECT_EQ(failure.GetTag(), "|%P|LIBUTIL|ZentuMathExpressions");
+        EXPECT_THAT(failure.GetMessage(), HasSubstr(GetParam()));
     }
-    ASSERT_TRUE(failure.has_value());
-    EXPECT_EQ(failure->GetTag(), "|%P|LIBUTIL|ZentuMathExpressions");
-    EXPECT_THAT(failure->GetMessage(), HasSubstr(GetParam()));
     EXPECT_TRUE(IsCombination(container_, before, true, {{"A", 1}, {"B", 1}}));
     EXPECT_TRUE(before.Items(CmdItem::ADD_FILE).empty());
     for (const ZentuCmd* untouched : {&failing, &after}) {
@@ -632,55 +383,37 @@ INSTANTIATE_TEST_SUITE_P(Refused, DrespBadExpression,
                                            "+", "%A% +", "*%A%", "%A% + * %B%", "%A% %B%",
                                            "2*-%A%"));
 
-TEST_F(DrespExpressionTest, TenThousandTerms) {
+TEST_F(DrespExpressionTest, TenThousandTermsAndTenThousandParentheses) {
     Dresp("A");
     Dresp("B");
-    // %A% %B% - (C4) gives W=(1 -1); every further reference and its operator (C2) appends the
-    // operator applied to 1, so the weights alternate.
+    // C4, then C2 for every further reference: the weights alternate with the operators.
     std::string expression = "%A%";
     std::vector<Term> terms = {{"A", 1}};
     for (int k = 1; k < 10000; ++k) {
-        const bool odd = k % 2 == 1;
-        expression += odd ? " - %B%" : " + %A%";
-        terms.push_back(odd ? Term{"B", -1} : Term{"A", 1});
+        expression += k % 2 == 1 ? " - %B%" : " + %A%";
+        terms.push_back(k % 2 == 1 ? Term{"B", -1} : Term{"A", 1});
     }
-    const ZentuCmd& subject = Operator("P", expression);
+    const ZentuCmd& longest = Operator("P1", expression);
+    // Parentheses leave no token: C4 alone.
+    const ZentuCmd& deepest =
+        Operator("P2", std::string(10000, '(') + "%A% - %B%" + std::string(10000, ')'));
     Run();
-    EXPECT_TRUE(IsCombination(container_, subject, true, terms));
+    EXPECT_TRUE(IsCombination(container_, longest, true, terms));
+    EXPECT_TRUE(IsCombination(container_, deepest, true, {{"A", 1}, {"B", -1}}));
 }
 
-TEST_F(DrespExpressionTest, DeepNesting) {
-    Dresp("A");
-    Dresp("B");
-    // Parentheses leave no token: %A% %B% - (C4) gives W=(1 -1).
-    const std::size_t depth = 10000;
-    const ZentuCmd& subject =
-        Operator("P", std::string(depth, '(') + "%A% - %B%" + std::string(depth, ')'));
-    Run();
-    EXPECT_TRUE(IsCombination(container_, subject, true, {{"A", 1}, {"B", -1}}));
-}
-
-// ---- From a parameter file through the rule to the written file ----
-
-class DrespExpressionRoad : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        std::random_device seed;
-        dir_ = fs::temp_directory_path() / ("zentu_dresp_road_" + std::to_string(seed()));
-        ASSERT_TRUE(fs::create_directory(dir_));
-    }
-
-    void TearDown() override { fs::remove_all(dir_); }
-
-    // Reads a file of D1, D2 and an OPERATOR P1 holding the expression with the rule registered,
-    // writes the container back and returns the written lines.
-    std::vector<std::string> ReadAndWrite(const std::string& expressionText) const {
-        const fs::path input = dir_ / "job.par";
-        const fs::path output = dir_ / "written.par";
-        std::ofstream(input) << "DRESP\n  ID_NAME = D1\nEND_\n\nDRESP\n  ID_NAME = D2\nEND_\n\n"
-                             << "OPERATOR\n  ID_NAME = P1\n  ADD_FILE = " << expressionText
-                             << "\nEND_\n";
-
+// References write the target's identifier, items go out grouped by kind, and a generated
+// command follows the OPERATOR commands already there; the DRESP commands come out unchanged.
+TEST(DrespExpressionRoad, ReadExpandedAndWritten) {
+    const fs::path dir =
+        fs::temp_directory_path() / ("zentu_dresp_road_" + std::to_string(std::random_device()()));
+    ASSERT_TRUE(fs::create_directory(dir));
+    // Reads DRESP D1 and D2 and an OPERATOR P1 holding the expression with the rule registered,
+    // writes the container back and returns the written text.
+    const auto readAndWrite = [&dir](const std::string& expressionText) {
+        std::ofstream(dir / "job.par")
+            << "DRESP\n  ID_NAME = D1\nEND_\n\nDRESP\n  ID_NAME = D2\nEND_\n\n"
+            << "OPERATOR\n  ID_NAME = P1\n  ADD_FILE = " << expressionText << "\nEND_\n";
         const ZentuCmdItemMetaData text(CmdItem::ID_NAME, DataType::STRING, "", "", 0);
         const ZentuCmdItemMetaData expression(CmdItem::ADD_FILE, DataType::STRING, "", "", 0);
         ZentuCmdIoConfig config;
@@ -690,51 +423,28 @@ class DrespExpressionRoad : public ::testing::Test {
             .AddItem({"ID_NAME", text})
             .AddItem({"ADD_FILE", expression});
         config.AddRule(&ZentuDrespExpressionParser::dresp_expression_rule);
-
         ZentuCmdContainer container;
-        ZentuParFileAdapter(input.wstring(), std::move(config)).Parse(container);
-        ZentuCmdParOutput(output.wstring(), container, ZentuCmdDefs::get_default_cmd_names(),
-                          ZentuCmdItemDefs::CMD_ITEM_NAMES)
+        ZentuParFileAdapter((dir / "job.par").wstring(), std::move(config)).Parse(container);
+        ZentuCmdParOutput((dir / "written.par").wstring(), container,
+                          ZentuCmdDefs::get_default_cmd_names(), ZentuCmdItemDefs::CMD_ITEM_NAMES)
             .Write(L"w");
-
-        std::ifstream in(output);
-        std::vector<std::string> lines;
-        for (std::string line; std::getline(in, line);) {
-            lines.push_back(line);
-        }
-        return lines;
-    }
-
-    fs::path dir_;
-};
-
-// The two DRESP commands, written unchanged before the OPERATOR kind.
-std::vector<std::string> WithResponses(const std::vector<std::string>& operators) {
-    std::vector<std::string> lines = {"",      "DRESP",          "  ID_NAME = D1", "END_", "",
-                                      "DRESP", "  ID_NAME = D2", "END_",           ""};
-    lines.insert(lines.end(), operators.begin(), operators.end());
-    lines.push_back("");
-    return lines;
-}
-
-TEST_F(DrespExpressionRoad, TwoResponsesAdded) {
-    // %D1% %D2% + (C4): W=(1 1) N=(%D1% %D2%); references write the target's identifier, and
-    // the items go out grouped by kind: TYPE, then DV, then OBJ_FUNC.
-    EXPECT_EQ(ReadAndWrite("%D1% + %D2%"),
-              WithResponses({"OPERATOR", "  ID_NAME = P1", "  TYPE = COMBINE", "  VARIABLE = D1",
-                             "  VARIABLE = D2", "  WEIGHT = 1", "  WEIGHT = 1", "END_", ""}));
-}
-
-TEST_F(DrespExpressionRoad, GeneratedCommandIsWrittenAfterTheOperator) {
-    // %D1% %D2% - 2 *
-    //   - (C4)    S=[M1]  W=(1 -1)  N=(%D1% %D2%)
-    //   2 *       g=_DrespExpr_+1*%D1%+-1*%D2%_, appended to the OPERATOR commands; W=(2) N=(g)
+        std::ostringstream written;
+        written << std::ifstream(dir / "written.par").rdbuf();
+        return written.str();
+    };
+    const std::string responses =
+        "\nDRESP\n  ID_NAME = D1\nEND_\n\nDRESP\n  ID_NAME = D2\nEND_\n\n";
+    EXPECT_EQ(readAndWrite("%D1% + %D2%"),
+              responses +
+                  "OPERATOR\n  ID_NAME = P1\n  TYPE = COMBINE\n  VARIABLE = D1\n"
+                  "  VARIABLE = D2\n  WEIGHT = 1\n  WEIGHT = 1\nEND_\n\n\n");
     const std::string generated = "_DRESPEXPR_+1*%D1%+-1*%D2%_";
-    EXPECT_EQ(ReadAndWrite("(%D1% - %D2%)*2"),
-              WithResponses({"OPERATOR", "  ID_NAME = P1", "  TYPE = COMBINE",
-                             "  VARIABLE = " + generated, "  WEIGHT = 2", "END_", "", "OPERATOR",
-                             "  ID_NAME = " + generated, "  TYPE = COMBINE", "  VARIABLE = D1",
-                             "  VARIABLE = D2", "  WEIGHT = 1", "  WEIGHT = -1", "END_", ""}));
+    EXPECT_EQ(readAndWrite("(%D1% - %D2%)*2"),
+              responses + "OPERATOR\n  ID_NAME = P1\n  TYPE = COMBINE\n  VARIABLE = " + generated +
+                  "\n  WEIGHT = 2\nEND_\n\nOPERATOR\n  ID_NAME = " + generated +
+                  "\n  TYPE = COMBINE\n  VARIABLE = D1\n  VARIABLE = D2\n  WEIGHT = 1\n"
+                  "  WEIGHT = -1\nEND_\n\n\n");
+    fs::remove_all(dir);
 }
 
 }  // namespace

@@ -1,7 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
@@ -9,8 +12,12 @@
 #include <utility>
 #include <vector>
 
+#include "KPL_Failure.h"
+#include "KPL_LogMacros.h"
 #include "ZentuCmd.h"
 #include "ZentuCmdAutoItem.h"
+#include "ZentuCmdContainer.h"
+#include "ZentuCmdDefs.h"
 #include "ZentuCmdEnumItem.h"
 #include "ZentuCmdIntItem.h"
 #include "ZentuCmdItem.h"
@@ -175,5 +182,117 @@ inline ProbeItem& AttachProbe(ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem kind,
                               const std::string& text) {
     return Attach(cmd, kind, std::make_unique<ProbeItem>("PROBE", text));
 }
+
+// A command as one line, so that whole containers compare as text: name@kind, then per item
+// kind:name=text/class->identifier it refers to, with '|' for line feeds. With asRead, a reference
+// item shows as the automatically typed item that reading it back from a file yields.
+inline std::string CmdLine(const ZentuCmd& cmd, bool asRead = false) {
+    std::string line =
+        cmd.GetName() + "@" + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(cmd.GetType())];
+    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        for (const auto& item : cmd.Items(static_cast<ZentuCmdItemDefs::CmdItem>(kind))) {
+            std::string text = item->GetString();
+            std::replace(text.begin(), text.end(), '\n', '|');
+            const std::string itemClass = ClassOf(*item);
+            line += " " + ZentuCmdItemDefs::CMD_ITEM_NAMES[kind] + ":" + item->GetName() + "=" +
+                    text + "/" + (asRead && itemClass == "ref" ? "auto" : itemClass);
+            if (item->HasReference()) {
+                const ZentuCmd& target = *item->GetReference();
+                line += "->" + (target.HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)
+                                    ? target.Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0).GetString()
+                                    : std::string());
+            }
+        }
+    }
+    return line;
+}
+
+inline std::vector<std::string> CmdLines(const ZentuCmdContainer& container, bool asRead = false) {
+    std::vector<std::string> lines;
+    for (const ZentuCmd& cmd : container) {
+        lines.push_back(CmdLine(cmd, asRead));
+    }
+    return lines;
+}
+
+// The failure that action ends in. Throws (which fails the calling test) when it ends without.
+template <typename Action>
+KPL_Failure FailureOf(Action&& action) {
+    try {
+        action();
+    } catch (const KPL_Failure& failure) {
+        return failure;
+    }
+    throw std::logic_error("ended without a failure");
+}
+
+// A failure as one line: tag, [identifier], code and message, then " <- " and its cause if any.
+inline std::string FailureLine(const KPL_Exception& failure) {
+    const std::string line = failure.GetTag() + " [" + failure.GetId() + "] " +
+                             std::to_string(failure.GetErrorCode()) + ": " + failure.GetMessage();
+    return failure.GetCause() == nullptr ? line : line + " <- " + FailureLine(*failure.GetCause());
+}
+
+// Collects every message logged while it lives, at warning verbosity; the handler and the
+// verbosity in force before are put back when it goes.
+class LogCollector {
+  public:
+    struct Line {
+        int type;
+        std::string file;
+        int line;
+        std::string tag;
+        std::string message;
+    };
+
+    LogCollector()
+        : previousHandler_(
+              KPL_LogMacros::SetLogHandler([this](int type, const char* file, int line,
+                                                  const char* tag, const std::string& message) {
+                  lines_.push_back({type, file != nullptr ? file : "", line,
+                                    tag != nullptr ? tag : "", message});
+              })),
+          previousVerbosity_(KPL_LogMacros::SetLogVerbosity(KPL_LogMacros::LOG_WARNING)) {}
+
+    LogCollector(const LogCollector&) = delete;
+    LogCollector& operator=(const LogCollector&) = delete;
+
+    ~LogCollector() {
+        KPL_LogMacros::SetLogVerbosity(previousVerbosity_);
+        KPL_LogMacros::SetLogHandler(previousHandler_);
+    }
+
+    // What was logged since the last call, which forgets it.
+    std::vector<Line> Take() { return std::exchange(lines_, {}); }
+
+  private:
+    std::vector<Line> lines_;
+    KPL_LogMacros::LogHandler previousHandler_;
+    int previousVerbosity_;
+};
+
+// A fresh folder of its own under the system's temporary one, removed with all it holds when it
+// goes; random names keep test programs that run at the same time apart.
+class ScratchDir {
+  public:
+    explicit ScratchDir(const std::string& prefix)
+        : path_(std::filesystem::temp_directory_path() /
+                (prefix + std::to_string(std::random_device()()))) {
+        std::filesystem::create_directories(path_);
+    }
+
+    ScratchDir(const ScratchDir&) = delete;
+    ScratchDir& operator=(const ScratchDir&) = delete;
+
+    ~ScratchDir() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+
+    const std::filesystem::path& Path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};
 
 }  // namespace zentu_test

@@ -3,25 +3,22 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <ostream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "ZentuCmd.h"
-#include "ZentuCmdAutoItem.h"
 #include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
 #include "ZentuCmdDefs.h"
 #include "ZentuCmdIoConfig.h"
 #include "ZentuCmdItemDefs.h"
 #include "ZentuCmdMetaData.h"
-#include "ZentuCmdReferenceItem.h"
 #include "engine_test_support.h"
 
 namespace {
 
 namespace Rules = ZentuCmdContainerRules;
-using zentu_test::Attach;
 using zentu_test::Identities;
 using zentu_test::ProbeItem;
 using zentu_test::ToInt;
@@ -30,249 +27,120 @@ using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::EnumValue;
 using ZentuCmdItemDefs::KeywordMap;
+using Texts = std::vector<std::string>;
 
-// The rules promise a reference item, not merely an item that happens to refer to the target.
-::testing::AssertionResult HoldsOnlyReference(const ZentuCmd& cmd, CmdItem kind,
-                                              const std::string& name, const ZentuCmd& target) {
-    if (cmd.Items(kind).size() != 1) {
-        return ::testing::AssertionFailure() << cmd.Items(kind).size() << " items of the kind";
+// Items as "class name=text" (a reference's text names its target): hosts rely on the class.
+std::string Items(const ZentuCmd& cmd, CmdItem kind) {
+    std::string out;
+    for (const auto& item : cmd.Items(kind)) {
+        out += (out.empty() ? "" : "; ") + zentu_test::ClassOf(*item) + " " + item->GetName() +
+               "=" + item->GetString();
     }
-    const auto* reference = dynamic_cast<const ZentuCmdReferenceItem*>(&cmd.Item(kind, 0));
-    if (reference == nullptr) {
-        return ::testing::AssertionFailure() << "not a reference item";
-    }
-    if (reference->GetName() != name || reference->GetReference() != &target) {
-        return ::testing::AssertionFailure() << reference->GetName() << " refers elsewhere";
-    }
-    return ::testing::AssertionSuccess();
+    return out;
 }
 
-// Values are added as automatically typed items, whose readings a host relies on.
-::testing::AssertionResult IsAutoItem(const ZentuCmd& cmd, CmdItem kind, std::size_t index,
-                                      const std::string& name, const std::string& text) {
-    if (!cmd.HasItem(kind, index)) {
-        return ::testing::AssertionFailure() << "no item at " << index;
-    }
-    const auto* item = dynamic_cast<const ZentuCmdAutoItem*>(&cmd.Item(kind, index));
-    if (item == nullptr) {
-        return ::testing::AssertionFailure() << "not an automatically typed item";
-    }
-    if (item->GetName() != name || item->GetString() != text) {
-        return ::testing::AssertionFailure() << item->GetName() << " = " << item->GetString();
-    }
-    return ::testing::AssertionSuccess();
-}
-
-// A container to build each case in, with the library's keyword map.
 class RuleFunctionTest : public ::testing::Test {
   protected:
     // Rules find their targets by identifier, so every command gets one.
     ZentuCmd& Command(Cmd kind, const std::string& id) {
-        return container_.CreateCommand(
-            kind, ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(kind)], id);
+        return container_.CreateCommand(kind, ZentuCmdDefs::CMD_NAMES.at(ToInt(kind)), id);
     }
 
     ZentuCmdContainer container_;
     const KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
 };
 
-// ---- What every per-command rule shares: it adds once, and never to a kind already held ----
-
-// A per-command rule with its host parameters bound, and the item kind that it adds.
-struct BoundRule {
-    const char* name;
-    CmdItem adds;
-    std::function<void(ZentuCmd&, const ZentuCmdContainer&, const KeywordMap&)> apply;
-};
-
-// Failure messages name the rule instead of dumping its bytes.
-void PrintTo(const BoundRule& rule, std::ostream* out) {
-    *out << rule.name;
-}
-
-// A job in which every bound rule finds what it needs to add its item to the subject.
-class RulePerCommand : public RuleFunctionTest, public ::testing::WithParamInterface<BoundRule> {
-  protected:
-    RulePerCommand() {
-        Command(Cmd::DV, "V1");
-        Command(Cmd::DRESP, "D1").AddAutoItem(CmdItem::VALUE, "LIMIT", "7", keywords_);
-        Command(Cmd::OBJ_FUNC, "O1").AddItem(CmdItem::DRESP, container_.GetCommand(Cmd::DRESP, 0));
-        subject_.AddAutoItem(CmdItem::TYPE, "combine", keywords_);
+TEST_F(RuleFunctionTest, PerCommandRulesAddOneItemOnceAndNeverToAKindAlreadyHeld) {
+    Command(Cmd::DV, "V1");
+    Command(Cmd::DRESP, "D1").AddAutoItem(CmdItem::VALUE, "LIMIT", "7", keywords_);
+    Command(Cmd::OBJ_FUNC, "O1").AddItem(CmdItem::DRESP, container_.GetCommand(Cmd::DRESP, 0));
+    const auto& all = container_;
+    const auto& words = keywords_;
+    // clang-format off
+    const std::tuple<const char*, CmdItem, std::function<void(ZentuCmd&)>> rules[] = {
+        {"AddReference", CmdItem::DRESP, [&](ZentuCmd& cmd) {
+            Rules::Rule_AddReference(cmd, all, CmdItem::DRESP, "RESPONSE", Cmd::DRESP, "D1"); }},
+        {"AddReferenceToFirstCmd", CmdItem::DV, [&](ZentuCmd& cmd) {
+            Rules::Rule_AddReferenceToFirstCmd(cmd, all, CmdItem::DV, "DESIGN", Cmd::DV); }},
+        {"AddValueIfEnumPresent", CmdItem::VALUE, [&](ZentuCmd& cmd) {
+            Rules::Rule_AddValueIfEnumPresent(cmd, all, CmdItem::TYPE, EnumValue::COMBINE,
+                                              CmdItem::VALUE, "VALUE", "1.5", words); }},
+        {"AddValueIfNotPresent", CmdItem::MIN, [&](ZentuCmd& cmd) {
+            Rules::Rule_AddValueIfNotPresent(cmd, all, CmdItem::MIN, "MIN", "0", words); }},
+        {"CopyTypeToCmd", CmdItem::MAX, [&](ZentuCmd& cmd) {
+            Rules::Rule_CopyTypeToCmd(cmd, all, Cmd::OBJ_FUNC, CmdItem::DRESP, CmdItem::VALUE,
+                                      CmdItem::MAX, "UPPER", DataType::INTEGER, words, false); }},
+        {"CopyTypeToCmdShort", CmdItem::VALUE, [&](ZentuCmd& cmd) {
+            Rules::Rule_CopyTypeToCmd(cmd, all, Cmd::OBJ_FUNC, CmdItem::DRESP, CmdItem::VALUE,
+                                      DataType::INTEGER, words, false); }}};
+    // clang-format on
+    for (const auto& [name, adds, apply] : rules) {
+        SCOPED_TRACE(name);
+        ZentuCmd& subject = Command(Cmd::CONSTRAINT, "C1");
+        ZentuCmd& holder = Command(Cmd::CONSTRAINT, "C2");
+        subject.AddAutoItem(CmdItem::TYPE, "combine", keywords_);
+        holder.AddAutoItem(CmdItem::TYPE, "combine", keywords_);
+        holder.AddStringItem(adds, "HELD", "other");
+        const auto held = Identities(holder);
+        apply(subject);
+        apply(holder);
+        EXPECT_EQ(Identities(holder), held);
+        EXPECT_EQ(subject.Items(adds).size(), 1U);
+        EXPECT_EQ(Identities(subject).size(), 3U);
+        const auto once = Identities(subject);
+        apply(subject);
+        EXPECT_EQ(Identities(subject), once);
     }
-
-    // The rule under test, as a host would have bound it.
-    void Apply() { GetParam().apply(subject_, container_, keywords_); }
-
-    ZentuCmd& subject_ = Command(Cmd::CONSTRAINT, "C1");
-};
-
-TEST_P(RulePerCommand, AddsOneItemOfItsKind) {
-    const std::size_t before = Identities(subject_).size();
-    Apply();
-    EXPECT_EQ(subject_.Items(GetParam().adds).size(), 1U);
-    EXPECT_EQ(Identities(subject_).size(), before + 1);
 }
 
-TEST_P(RulePerCommand, SecondApplicationChangesNothing) {
-    Apply();
-    const auto once = Identities(subject_);
-    Apply();
-    EXPECT_EQ(Identities(subject_), once);
-}
-
-TEST_P(RulePerCommand, LeavesAKindAlreadyHeld) {
-    subject_.AddStringItem(GetParam().adds, "HELD", "other");
-    const auto before = Identities(subject_);
-    Apply();
-    EXPECT_EQ(Identities(subject_), before);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Bound, RulePerCommand,
-    ::testing::Values(
-        BoundRule{"AddReference", CmdItem::DRESP,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap&) {
-                      Rules::Rule_AddReference(cmd, container, CmdItem::DRESP, "RESPONSE",
-                                               Cmd::DRESP, "D1");
-                  }},
-        BoundRule{"AddReferenceToFirstCmd", CmdItem::DV,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap&) {
-                      Rules::Rule_AddReferenceToFirstCmd(cmd, container, CmdItem::DV, "DESIGN",
-                                                         Cmd::DV);
-                  }},
-        BoundRule{"AddValueIfEnumPresent", CmdItem::VALUE,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap& words) {
-                      Rules::Rule_AddValueIfEnumPresent(cmd, container, CmdItem::TYPE,
-                                                        EnumValue::COMBINE, CmdItem::VALUE, "VALUE",
-                                                        "1.5", words);
-                  }},
-        BoundRule{"AddValueIfNotPresent", CmdItem::MIN,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap& words) {
-                      Rules::Rule_AddValueIfNotPresent(cmd, container, CmdItem::MIN, "MIN", "0",
-                                                       words);
-                  }},
-        BoundRule{"CopyTypeToCmd", CmdItem::MAX,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap& words) {
-                      Rules::Rule_CopyTypeToCmd(cmd, container, Cmd::OBJ_FUNC, CmdItem::DRESP,
-                                                CmdItem::VALUE, CmdItem::MAX, "UPPER",
-                                                DataType::INTEGER, words, false);
-                  }},
-        BoundRule{"CopyTypeToCmdShort", CmdItem::VALUE,
-                  [](ZentuCmd& cmd, const ZentuCmdContainer& container, const KeywordMap& words) {
-                      Rules::Rule_CopyTypeToCmd(cmd, container, Cmd::OBJ_FUNC, CmdItem::DRESP,
-                                                CmdItem::VALUE, DataType::INTEGER, words, false);
-                  }}),
-    [](const ::testing::TestParamInfo<BoundRule>& info) { return std::string(info.param.name); });
-
-// ---- References ----
-
-// Two responses share an identifier, and a design variable, of a kind that comes earlier in
-// container order, bears it too.
-class RuleAddReference : public RuleFunctionTest {
-  protected:
-    // Only the identifier varies between the cases.
-    void Apply(const std::string& id) {
-        Rules::Rule_AddReference(objective_, container_, CmdItem::DRESP, "RESPONSE", Cmd::DRESP,
-                                 id);
-    }
-
-    ZentuCmd& objective_ = Command(Cmd::OBJ_FUNC, "O1");
-    ZentuCmd& decoy_ = Command(Cmd::DV, "D1");
-    ZentuCmd& first_ = Command(Cmd::DRESP, "D1");
-    ZentuCmd& second_ = Command(Cmd::DRESP, "D1");
-};
-
-TEST_F(RuleAddReference, RefersToTheFirstCommandOfTheKindBearingTheIdentifier) {
-    Apply("D1");
-    EXPECT_TRUE(HoldsOnlyReference(objective_, CmdItem::DRESP, "RESPONSE", first_));
-}
-
-TEST_F(RuleAddReference, AddsNothingWhenNoCommandBearsTheIdentifier) {
-    Apply("D9");
-    EXPECT_TRUE(objective_.Items(CmdItem::DRESP).empty());
-}
-
-TEST_F(RuleAddReference, LowerCaseNeverMatchesAStoredIdentifier) {
-    Apply("d1");
-    EXPECT_TRUE(objective_.Items(CmdItem::DRESP).empty());
-}
-
-TEST_F(RuleFunctionTest, RuleAddReferenceToFirstCmdRefersToTheFirstOfTheKind) {
+TEST_F(RuleFunctionTest, ReferenceRulesReferToTheFirstFittingCommandIfAny) {
     ZentuCmd& objective = Command(Cmd::OBJ_FUNC, "O1");
-    ZentuCmd& first = Command(Cmd::DV, "V1");
+    ZentuCmd& design = Command(Cmd::DV, "D1");  // bears the identifier, but is of another kind
     Command(Cmd::DV, "V2");
-    Rules::Rule_AddReferenceToFirstCmd(objective, container_, CmdItem::DV, "DESIGN", Cmd::DV);
-    EXPECT_TRUE(HoldsOnlyReference(objective, CmdItem::DV, "DESIGN", first));
-}
-
-TEST_F(RuleFunctionTest, RuleAddReferenceToFirstCmdAddsNothingWithoutACommandOfTheKind) {
-    ZentuCmd& objective = Command(Cmd::OBJ_FUNC, "O1");
-    Rules::Rule_AddReferenceToFirstCmd(objective, container_, CmdItem::DV, "DESIGN", Cmd::DV);
-    EXPECT_TRUE(objective.Items(CmdItem::DV).empty());
-}
-
-// ---- Values ----
-
-// A subject whose TYPE items decide whether a VALUE is added.
-class RuleAddValueIfEnumPresent : public RuleFunctionTest {
-  protected:
-    // The subject's TYPE items are what each case varies.
-    void Apply() {
-        Rules::Rule_AddValueIfEnumPresent(subject_, container_, CmdItem::TYPE, EnumValue::COMBINE,
-                                          CmdItem::VALUE, "WEIGHT", "1.5", keywords_);
+    ZentuCmd& response = Command(Cmd::DRESP, "D1");
+    Command(Cmd::DRESP, "D1");
+    // Identifiers are matched exactly, case included.
+    for (const char* id : {"D9", "d1"}) {
+        Rules::Rule_AddReference(objective, container_, CmdItem::DRESP, "RESPONSE", Cmd::DRESP, id);
     }
-
-    ZentuCmd& subject_ = Command(Cmd::OPERATOR, "P1");
-};
-
-TEST_F(RuleAddValueIfEnumPresent, AddsTheValueWhenTheFirstItemHoldsTheKeyword) {
-    subject_.AddAutoItem(CmdItem::TYPE, "combine", keywords_);
-    Apply();
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::VALUE, 0, "WEIGHT", "1.5"));
+    Rules::Rule_AddReferenceToFirstCmd(objective, container_, CmdItem::DV, "DESIGN", Cmd::SMOOTH);
+    EXPECT_EQ(Identities(objective).size(), 1U);
+    Rules::Rule_AddReference(objective, container_, CmdItem::DRESP, "RESPONSE", Cmd::DRESP, "D1");
+    Rules::Rule_AddReferenceToFirstCmd(objective, container_, CmdItem::DV, "DESIGN", Cmd::DV);
+    EXPECT_EQ(Items(objective, CmdItem::DRESP) + "; " + Items(objective, CmdItem::DV),
+              "ref RESPONSE=D1; ref DESIGN=D1");
+    EXPECT_EQ(objective.Item(CmdItem::DRESP, 0).GetReference(), &response);
+    EXPECT_EQ(objective.Item(CmdItem::DV, 0).GetReference(), &design);
 }
 
-TEST_F(RuleAddValueIfEnumPresent, AnyKeywordOfTheSameValueCounts) {
-    subject_.AddAutoItem(CmdItem::TYPE, "WEIGHTED_SUM", keywords_);
-    Apply();
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::VALUE, 0, "WEIGHT", "1.5"));
+TEST_F(RuleFunctionTest, AddValueIfEnumPresentLooksOnlyAtTheFirstItemOfTheKind) {
+    // Automatically typed and plain string TYPE items, and the VALUE that the rule must add: any
+    // keyword of the value counts, but only in the first item, and a string holds no keyword.
+    // clang-format off
+    const std::tuple<Texts, Texts, std::string> cases[] = {
+        {{"combine"}, {}, "auto WEIGHT=1.5"}, {{"WEIGHTED_SUM"}, {}, "auto WEIGHT=1.5"},
+        {{"MIN", "COMBINE"}, {}, ""}, {{}, {"COMBINE"}, ""}, {{}, {}, ""}};
+    // clang-format on
+    for (const auto& [autos, strings, expected] : cases) {
+        ZentuCmd& subject = Command(Cmd::OPERATOR, "P1");
+        for (const std::string& text : autos) {
+            subject.AddAutoItem(CmdItem::TYPE, text, keywords_);
+        }
+        for (const std::string& text : strings) {
+            subject.AddStringItem(CmdItem::TYPE, text);
+        }
+        Rules::Rule_AddValueIfEnumPresent(subject, container_, CmdItem::TYPE, EnumValue::COMBINE,
+                                          CmdItem::VALUE, "WEIGHT", "1.5", keywords_);
+        EXPECT_EQ(Items(subject, CmdItem::VALUE), expected) << Items(subject, CmdItem::TYPE);
+    }
 }
 
-TEST_F(RuleAddValueIfEnumPresent, LooksOnlyAtTheFirstItemOfTheKind) {
-    subject_.AddAutoItem(CmdItem::TYPE, "MIN", keywords_);
-    subject_.AddAutoItem(CmdItem::TYPE, "COMBINE", keywords_);
-    Apply();
-    EXPECT_TRUE(subject_.Items(CmdItem::VALUE).empty());
-}
-
-TEST_F(RuleAddValueIfEnumPresent, AStringItemHoldsNoKeyword) {
-    subject_.AddStringItem(CmdItem::TYPE, "COMBINE");
-    Apply();
-    EXPECT_TRUE(subject_.Items(CmdItem::VALUE).empty());
-}
-
-TEST_F(RuleAddValueIfEnumPresent, AddsNothingWithoutTheKind) {
-    Apply();
-    EXPECT_TRUE(subject_.Items(CmdItem::VALUE).empty());
-}
-
-TEST_F(RuleFunctionTest, RuleAddValueIfNotPresentTypesTheValueWithTheKeywordMap) {
-    ZentuCmd& subject = Command(Cmd::CONSTRAINT, "C1");
-    Rules::Rule_AddValueIfNotPresent(subject, container_, CmdItem::TARGET, "GOAL", "min",
-                                     keywords_);
-    ASSERT_TRUE(IsAutoItem(subject, CmdItem::TARGET, 0, "GOAL", "MIN"));
-    EXPECT_EQ(ToInt(subject.Item(CmdItem::TARGET, 0).GetEnum()), ToInt(EnumValue::MIN));
-}
-
-// ---- Copying a typed value found through references ----
-
-// The first objective's responses, in order: a host item that claims a reference without one, an
-// unresolved value, a response without VALUE, one whose VALUE is no integer, one whose integer
-// is only its second VALUE, and finally GOOD, whose VALUE "LIMIT" is 7 and is the one copied.
+// Each of the first objective's responses but the last, GOOD, fails the search in its own way.
 class RuleCopyTypeToCmd : public RuleFunctionTest {
   protected:
     RuleCopyTypeToCmd() {
-        Attach(source_, CmdItem::DRESP,
-               std::make_unique<ProbeItem>("CLAIM", "X", zentu_test::kReference));
+        zentu_test::Attach(source_, CmdItem::DRESP,
+                           std::make_unique<ProbeItem>("CLAIM", "X", zentu_test::kReference));
         source_.AddAutoItem(CmdItem::DRESP, "UNBOUND", keywords_);
         source_.AddItem(CmdItem::DRESP, Command(Cmd::DRESP, "BARE"));
         source_.AddItem(CmdItem::DRESP, Response("TEXT", {"abc"}));
@@ -282,7 +150,7 @@ class RuleCopyTypeToCmd : public RuleFunctionTest {
     }
 
     // Every VALUE bears the same name, so the copied name cannot tell which one was copied.
-    ZentuCmd& Response(const std::string& id, const std::vector<std::string>& values) {
+    ZentuCmd& Response(const std::string& id, const Texts& values) {
         ZentuCmd& response = Command(Cmd::DRESP, id);
         for (const std::string& value : values) {
             response.AddAutoItem(CmdItem::VALUE, "LIMIT", value, keywords_);
@@ -291,54 +159,31 @@ class RuleCopyTypeToCmd : public RuleFunctionTest {
     }
 
     // Copies into MAX, a kind the source items do not have, to tell the target kind apart.
-    void Copy(CmdItem refItem, const std::string& itemName) {
+    void CopyToMax(CmdItem refItem) {
         Rules::Rule_CopyTypeToCmd(subject_, container_, Cmd::OBJ_FUNC, refItem, CmdItem::VALUE,
-                                  CmdItem::MAX, itemName, DataType::INTEGER, keywords_, false);
+                                  CmdItem::MAX, "UPPER", DataType::INTEGER, keywords_, false);
     }
 
-    // The short form, the one whose replace case hosts use to refresh a value.
-    void CopyValue(bool replace) {
-        Rules::Rule_CopyTypeToCmd(subject_, container_, Cmd::OBJ_FUNC, CmdItem::DRESP,
-                                  CmdItem::VALUE, DataType::INTEGER, keywords_, replace);
+    // The short form, whose replace case hosts use to refresh a value.
+    void CopyValue(bool replace, Cmd sourceKind = Cmd::OBJ_FUNC) {
+        Rules::Rule_CopyTypeToCmd(subject_, container_, sourceKind, CmdItem::DRESP, CmdItem::VALUE,
+                                  DataType::INTEGER, keywords_, replace);
     }
 
     ZentuCmd& source_ = Command(Cmd::OBJ_FUNC, "O1");
     ZentuCmd& subject_ = Command(Cmd::CONSTRAINT, "C1");
 };
 
-TEST_F(RuleCopyTypeToCmd, CopiesTheFirstValueOfTheTypeUnderTheGivenKindAndName) {
-    Copy(CmdItem::DRESP, "UPPER");
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::MAX, 0, "UPPER", "7"));
+TEST_F(RuleCopyTypeToCmd, CopiesTheFirstValueOfTheTypeFromTheFirstSourceOnly) {
+    CopyToMax(CmdItem::REFERENCE);
+    CopyValue(true, Cmd::OPERATOR);
+    EXPECT_EQ(Identities(subject_).size(), 1U);
+    CopyToMax(CmdItem::DRESP);
+    EXPECT_EQ(Items(subject_, CmdItem::MAX), "auto UPPER=7");
     EXPECT_EQ(Identities(subject_).size(), 2U);
-}
-
-TEST_F(RuleCopyTypeToCmd, AnEmptyNameKeepsTheCopiedItemsName) {
-    Copy(CmdItem::DRESP, "");
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::MAX, 0, "LIMIT", "7"));
-}
-
-TEST_F(RuleCopyTypeToCmd, ShortFormKeepsTheCopiedKindAndName) {
+    // The short form names no item, so the copy keeps the copied item's name.
     CopyValue(false);
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::VALUE, 0, "LIMIT", "7"));
-}
-
-TEST_F(RuleCopyTypeToCmd, SearchesOnlyTheFirstSourceCommand) {
-    Copy(CmdItem::REFERENCE, "UPPER");
-    EXPECT_TRUE(subject_.Items(CmdItem::MAX).empty());
-}
-
-TEST_F(RuleCopyTypeToCmd, AddsNothingWithoutASourceCommand) {
-    Rules::Rule_CopyTypeToCmd(subject_, container_, Cmd::OPERATOR, CmdItem::DRESP, CmdItem::VALUE,
-                              DataType::INTEGER, keywords_, true);
-    EXPECT_TRUE(subject_.Items(CmdItem::VALUE).empty());
-}
-
-TEST_F(RuleCopyTypeToCmd, ReplaceKeepsAFirstItemThatHasTheTextAlready) {
-    subject_.AddStringItem(CmdItem::VALUE, "OWN", "7");
-    const auto before = Identities(subject_);
-    CopyValue(true);
-    EXPECT_EQ(Identities(subject_), before);
-    EXPECT_EQ(subject_.Item(CmdItem::VALUE, 0).GetName(), "OWN");
+    EXPECT_EQ(Items(subject_, CmdItem::VALUE), "auto LIMIT=7");
 }
 
 TEST_F(RuleCopyTypeToCmd, ReplaceSwapsOnlyADifferingFirstItemAndOnlyOnce) {
@@ -346,23 +191,20 @@ TEST_F(RuleCopyTypeToCmd, ReplaceSwapsOnlyADifferingFirstItemAndOnlyOnce) {
     subject_.AddStringItem(CmdItem::VALUE, "OWN", "6");
     const ZentuCmdItem* second = &subject_.Item(CmdItem::VALUE, 1);
     CopyValue(true);
-    EXPECT_TRUE(IsAutoItem(subject_, CmdItem::VALUE, 0, "LIMIT", "7"));
+    EXPECT_EQ(Items(subject_, CmdItem::VALUE), "auto LIMIT=7; string OWN=6");
     EXPECT_EQ(&subject_.Item(CmdItem::VALUE, 1), second);
+    // A first item that has the text already stays.
     const auto replaced = Identities(subject_);
     CopyValue(true);
     EXPECT_EQ(Identities(subject_), replaced);
 }
 
-// ---- Collections that name their target ----
-
-// Design-variable constraints (the collections) name a design variable (the target) through a
-// DV member; the target receives a LINK back reference to the constraint.
+// Collections (DV_CONSTRAINT) name their target (a DV) by a member; the target gets a LINK back.
 class RuleCollection : public RuleFunctionTest {
   protected:
-    // Only the fallback varies between the cases.
-    void Apply(bool fallbackToFirst) {
+    void Apply(bool fallbackToFirst, Cmd targetKind = Cmd::DV) {
         Rules::rule_add_reference_to_collection_cmd(container_, Cmd::DV_CONSTRAINT, CmdItem::DV,
-                                                    Cmd::DV, CmdItem::DV_CONSTRAINT, "LINK",
+                                                    targetKind, CmdItem::DV_CONSTRAINT, "LINK",
                                                     fallbackToFirst);
     }
 
@@ -375,9 +217,18 @@ class RuleCollection : public RuleFunctionTest {
         return collection;
     }
 
-    // Counting back references shows both a missing and a duplicated link.
-    std::size_t Links(const ZentuCmd& target) const {
-        return target.Items(CmdItem::DV_CONSTRAINT).size();
+    // Every target's links, which show a missing, wrong or duplicated one, then the members left.
+    Texts State() const {
+        Texts state;
+        for (const auto& target : container_.GetCommands(Cmd::DV)) {
+            state.push_back(Items(*target, CmdItem::DV_CONSTRAINT));
+        }
+        std::size_t members = 0;
+        for (const auto& collection : container_.GetCommands(Cmd::DV_CONSTRAINT)) {
+            members += collection->Items(CmdItem::DV).size();
+        }
+        state.push_back("members left: " + std::to_string(members));
+        return state;
     }
 
     ZentuCmd& response_ = Command(Cmd::DRESP, "R1");
@@ -385,84 +236,52 @@ class RuleCollection : public RuleFunctionTest {
     ZentuCmd& second_ = Command(Cmd::DV, "V2");
 };
 
-TEST_F(RuleCollection, TheFirstMemberNamesTheTargetAndEveryMemberGoes) {
-    ZentuCmd& collection = Collection("C1", {&second_, &first_});
-    Apply(false);
-    EXPECT_TRUE(HoldsOnlyReference(second_, CmdItem::DV_CONSTRAINT, "LINK", collection));
-    EXPECT_EQ(Links(first_), 0U);
-    EXPECT_TRUE(collection.Items(CmdItem::DV).empty());
-}
-
-TEST_F(RuleCollection, TheIdentifierDecidesAmongTargetsSharingIt) {
+TEST_F(RuleCollection, TheFirstMemberNamesTheTargetByIdentifierAndOtherKindsLinkNothing) {
     ZentuCmd& twin = Command(Cmd::DV, "V1");
-    ZentuCmd& collection = Collection("C1", {&twin});
+    ZentuCmd& collection = Collection("C1", {&twin, &second_});
+    Collection("C2", {&response_});
     Apply(false);
-    EXPECT_TRUE(HoldsOnlyReference(first_, CmdItem::DV_CONSTRAINT, "LINK", collection));
-    EXPECT_EQ(Links(twin), 0U);
+    EXPECT_EQ(State(), (Texts{"ref LINK=C1", "", "", "members left: 0"}));
+    EXPECT_EQ(first_.Item(CmdItem::DV_CONSTRAINT, 0).GetReference(), &collection);
 }
 
-TEST_F(RuleCollection, ANamedTargetIsLinkedEvenWhenLinkedAlready) {
+TEST_F(RuleCollection, ANamedTargetIsLinkedEvenWhenLinkedAlreadyButNeverFallenBackTo) {
     ZentuCmd& collection = Collection("C1", {&second_});
     second_.AddItem(CmdItem::DV_CONSTRAINT, "LINK", collection);
+    // A usable member that names no target gets no fallback either.
+    Collection("C2", {&container_.CreateCommand(Cmd::DV)});
     Apply(true);
-    EXPECT_EQ(Links(second_), 2U);
-}
-
-TEST_F(RuleCollection, ChangesNothingWithoutATargetCommand) {
-    ZentuCmd& collection = Collection("C1", {&first_});
-    Rules::rule_add_reference_to_collection_cmd(container_, Cmd::DV_CONSTRAINT, CmdItem::DV,
-                                                Cmd::SMOOTH, CmdItem::DV_CONSTRAINT, "LINK", true);
-    EXPECT_EQ(collection.Items(CmdItem::DV).size(), 1U);
-}
-
-TEST_F(RuleCollection, WithoutFallbackAMemberOfAnotherKindLinksNothingButGoes) {
-    ZentuCmd& collection = Collection("C1", {&response_});
-    Apply(false);
-    EXPECT_EQ(Links(first_) + Links(second_), 0U);
-    EXPECT_TRUE(collection.Items(CmdItem::DV).empty());
-}
-
-TEST_F(RuleCollection, AUsableMemberThatNamesNoTargetGetsNoFallback) {
-    ZentuCmd& nameless = container_.CreateCommand(Cmd::DV);
-    ZentuCmd& collection = Collection("C1", {&nameless});
-    Apply(true);
-    EXPECT_EQ(Links(first_) + Links(second_) + Links(nameless), 0U);
-    EXPECT_TRUE(collection.Items(CmdItem::DV).empty());
+    EXPECT_EQ(State(), (Texts{"", "ref LINK=C1; ref LINK=C1", "", "members left: 0"}));
 }
 
 TEST_F(RuleCollection, FallbackLinksUnusableMembersToTheFirstTargetOnce) {
-    ZentuCmd& memberless = Collection("C1", {});
-    ZentuCmd& foreign = Collection("C2", {&response_});
-    ZentuCmd& anonymous = container_.CreateCommand(Cmd::DV_CONSTRAINT);
-    anonymous.AddItem(CmdItem::DV, second_);
+    Collection("C1", {});
+    Collection("C2", {&response_});
+    container_.CreateCommand(Cmd::DV_CONSTRAINT).AddItem(CmdItem::DV, second_);
+    Apply(true, Cmd::SMOOTH);  // without a target command nothing changes
+    EXPECT_EQ(State(), (Texts{"", "", "members left: 2"}));
     Apply(true);
     Apply(true);
-    ASSERT_EQ(Links(first_), 3U);
-    EXPECT_EQ(first_.Item(CmdItem::DV_CONSTRAINT, 0).GetReference(), &memberless);
-    EXPECT_EQ(first_.Item(CmdItem::DV_CONSTRAINT, 1).GetReference(), &foreign);
-    EXPECT_EQ(first_.Item(CmdItem::DV_CONSTRAINT, 2).GetReference(), &anonymous);
-    EXPECT_EQ(Links(second_), 0U);
+    EXPECT_EQ(State(), (Texts{"ref LINK=C1; ref LINK=C2; ref LINK=", "", "members left: 0"}));
 }
-
-// ---- Bound into a configuration ----
 
 TEST_F(RuleFunctionTest, RuleFunctionsBoundIntoAConfigurationRunThroughTheEngine) {
     ZentuCmdIoConfig config;
     config.AddCmdMetadata("OBJ_FUNC", ZentuCmdMetaData(Cmd::OBJ_FUNC, false));
     config.AddRule(Rules::DefaultValueRule{
         Cmd::OBJ_FUNC,
-        [](ZentuCmd& cmd, const ZentuCmdContainer& container, const ZentuCmdMetaData&,
-           const KeywordMap& keywords) {
-            Rules::Rule_AddReference(cmd, container, CmdItem::DRESP, "RESPONSE", Cmd::DRESP, "D1");
-            Rules::Rule_AddValueIfNotPresent(cmd, container, CmdItem::TARGET, "GOAL", "min",
-                                             keywords);
+        [](auto& cmd, auto& all, auto&, auto& words) {
+            Rules::Rule_AddReference(cmd, all, CmdItem::DRESP, "RESPONSE", Cmd::DRESP, "D1");
+            Rules::Rule_AddValueIfNotPresent(cmd, all, CmdItem::TARGET, "GOAL", "min", words);
         },
         false});
     ZentuCmd& objective = Command(Cmd::OBJ_FUNC, "O1");
     ZentuCmd& response = Command(Cmd::DRESP, "D1");
     Rules::apply_rules(container_, config);
-    EXPECT_TRUE(HoldsOnlyReference(objective, CmdItem::DRESP, "RESPONSE", response));
-    ASSERT_TRUE(IsAutoItem(objective, CmdItem::TARGET, 0, "GOAL", "MIN"));
+    EXPECT_EQ(Items(objective, CmdItem::DRESP), "ref RESPONSE=D1");
+    EXPECT_EQ(objective.Item(CmdItem::DRESP, 0).GetReference(), &response);
+    // The value is typed through the keyword map.
+    ASSERT_EQ(Items(objective, CmdItem::TARGET), "auto GOAL=MIN");
     EXPECT_EQ(ToInt(objective.Item(CmdItem::TARGET, 0).GetEnum()), ToInt(EnumValue::MIN));
 }
 
