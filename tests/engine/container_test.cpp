@@ -416,7 +416,7 @@ TEST(CreateReferences, OffersEveryItemKindButTheIdentifierInContainerOrder) {
     EXPECT_EQ(log, expected);
 }
 
-// The standard specifies this generator exactly, so the large case is the same everywhere.
+// minstd_rand yields the same sequence on every platform, so the large case is the same everywhere.
 std::uint32_t Next(std::minstd_rand& random, std::uint32_t bound) {
     return static_cast<std::uint32_t>(random() % bound);
 }

@@ -291,7 +291,8 @@ TEST_F(ParFileAdapterTest, FailsOnBadInputNamingFileAndLineAndLeavesTheContainer
         {WriteFile("DV\n  ID_NAME = d1\nEND_\nEND_\n", "after_good.par"), 4},
         {dir_.Path() / "missing.par", 0},
         {dir_.Path(), 0}};
-    for (const auto& [path, line] : cases) {
+    for (const auto& [file, line] : cases) {
+        const fs::path& path = file;  // a binding cannot be captured before C++20
         SCOPED_TRACE(path.string());
         ZentuCmdContainer container;
         container.CreateCommand(Cmd::DV, "DV", "before");
