@@ -2,7 +2,6 @@
 // what stays in the container when reading stops, the completion steps, and bad input.
 #include <gtest/gtest.h>
 
-#include <cstddef>
 #include <filesystem>
 #include <fstream>
 #include <random>
