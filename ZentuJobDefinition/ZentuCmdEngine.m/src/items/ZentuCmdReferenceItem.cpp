@@ -1,6 +1,7 @@
 #include "ZentuCmdReferenceItem.h"
 
 #include "ZentuCmd.h"
+#include "model/ZentuCmdIdentifier.h"
 
 ZentuCmdReferenceItem::ZentuCmdReferenceItem(const std::string& name, const ZentuCmd& target)
     : ZentuCmdItem(name), reference_(&target) {}
@@ -17,10 +18,7 @@ bool ZentuCmdReferenceItem::HasString() const {
 }
 
 const std::string ZentuCmdReferenceItem::GetString() const {
-    if (reference_ == nullptr || !reference_->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
-        return {};
-    }
-    return reference_->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0).GetString();
+    return reference_ != nullptr ? ZentuCmdIdentifier::text_of(*reference_) : std::string();
 }
 
 bool ZentuCmdReferenceItem::HasReference() const {

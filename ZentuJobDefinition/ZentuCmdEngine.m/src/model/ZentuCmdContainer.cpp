@@ -1,9 +1,9 @@
 #include "ZentuCmdContainer.h"
 
 #include <cassert>
-#include <unordered_map>
 #include <utility>
 
+#include "model/ZentuCmdIdentifier.h"
 #include "model/ZentuReadOnlyView.h"
 
 using ZentuCmdDefs::Cmd;
@@ -14,19 +14,13 @@ ZentuCmd ZentuCmdContainer::s_DefaultCmd(Cmd::CMD_PLACEHOLDER, "PLACEHOLDER");
 
 namespace {
 
-// The first command in container order under each identifier (the text of a command's first
-// ID_NAME item). Building it once makes resolving all references linear in the container size.
-using IdentifierIndex = std::unordered_map<std::string, const ZentuCmd*>;
-
+// The first command in container order under each identifier. Building it once makes resolving
+// all references linear in the container size.
 template <typename Sequences>
-IdentifierIndex index_by_identifier(const Sequences& sequences) {
-    IdentifierIndex index;
+ZentuCmdIdentifier::Index index_by_identifier(const Sequences& sequences) {
+    ZentuCmdIdentifier::Index index;
     for (const auto& sequence : sequences) {
-        for (const auto& cmd : sequence) {
-            if (cmd->HasItem(CmdItem::ID_NAME, 0)) {
-                index.emplace(cmd->Item(CmdItem::ID_NAME, 0).GetString(), cmd.get());
-            }
-        }
+        ZentuCmdIdentifier::add_first_by_identifier(sequence, index);
     }
     return index;
 }
@@ -167,7 +161,7 @@ void ZentuCmdContainer::MoveCmd(Cmd from, std::size_t index, Cmd to) {
 }
 
 void ZentuCmdContainer::CreateReferences() {
-    const IdentifierIndex index = index_by_identifier(commands_);
+    const ZentuCmdIdentifier::Index index = index_by_identifier(commands_);
     if (index.empty()) {
         return;
     }

@@ -4,12 +4,12 @@
 #include <cmath>
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "ZentuCmdScalarItem.h"
 #include "ZentuStringUtil.h"
 #include "items/ZentuUpperCase.h"
+#include "model/ZentuCmdIdentifier.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
@@ -55,15 +55,11 @@ class CommandIndex {
     }
 
   private:
-    using Index = std::unordered_map<std::string, const ZentuCmd*>;
+    using Index = ZentuCmdIdentifier::Index;
 
     static Index index_kind(const ZentuCmdContainer& container, Cmd kind) {
         Index index;
-        for (const auto& command : container.GetCommands(kind)) {
-            if (command->HasItem(CmdItem::ID_NAME, 0)) {
-                index.emplace(command->Item(CmdItem::ID_NAME, 0).GetString(), command.get());
-            }
-        }
+        ZentuCmdIdentifier::add_first_by_identifier(container.GetCommands(kind), index);
         return index;
     }
 
@@ -270,10 +266,7 @@ void reduce_expression(const std::vector<Token>& tokens, Reduction& reduction, Z
 }
 
 std::string reference_text(const ZentuCmd& command) {
-    const std::string identifier = command.HasItem(CmdItem::ID_NAME, 0)
-                                       ? command.Item(CmdItem::ID_NAME, 0).GetString()
-                                       : std::string();
-    return "%" + identifier + "%";
+    return "%" + ZentuCmdIdentifier::text_of(command) + "%";
 }
 
 }  // namespace
