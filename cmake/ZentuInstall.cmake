@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(ZENTU_CMAKE_INSTALL_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/ZentuCmdEngine")
 set(ZENTU_HEADER_INSTALL_DIR "${CMAKE_INSTALL_INCLUDEDIR}/ZentuCmdEngine")
 
-install(TARGETS ZentuUtilities ZentuCmdEngine
+install(TARGETS ZentuUtilities ZentuCmdEngine ZentuJobDocument
     EXPORT ZentuCmdEngineTargets
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
     ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}"

@@ -33,8 +33,19 @@ using Lines = std::vector<std::string>;
 
 const std::string kSeen = " DESCRIPTION:DESCRIPTION=SEEN/string";
 
+// Rules are plain function pointers, so the ones below reach the running test through this.
+class RuleEngineTest;
+RuleEngineTest* g_test = nullptr;
+
+// What a logging rule writes to the log.
+enum Label { FIRST, SECOND, BEFORE, AFTER };
+const char* const kLabels[] = {"first", "second", "before", "after"};
+
 class RuleEngineTest : public ::testing::Test {
-  protected:
+  public:
+    RuleEngineTest() { g_test = this; }
+    ~RuleEngineTest() override { g_test = nullptr; }
+
     ZentuCmdMetaData& Describe(const std::string& keyword, Cmd kind, bool createDefault = false) {
         return config_.AddCmdMetadata(keyword, ZentuCmdMetaData(kind, createDefault));
     }
@@ -42,22 +53,26 @@ class RuleEngineTest : public ::testing::Test {
     // Records each command it is handed and marks it, so that what the rule did stays visible;
     // checks that it is handed the description stored under the command's name.
     void AddVisitingRule(Cmd kind, bool createIfMissing = false) {
-        config_.AddRule(Rules::DefaultValueRule{
-            kind,
-            [this](ZentuCmd& cmd, const ZentuCmdContainer& container,
-                   const ZentuCmdMetaData& metadata, const KeywordMap& keywords) {
-                visits_.push_back(cmd.GetName());
-                EXPECT_EQ(&metadata, &config_.cmd_metadata.at(cmd.GetName()));
-                EXPECT_EQ(&container, &container_);
-                EXPECT_EQ(&keywords, &config_.enum_map);
-                cmd.AddStringItem(CmdItem::DESCRIPTION, "seen");
-            },
-            createIfMissing});
+        config_.AddRule(Rules::DefaultValueRule{kind, &Visit, createIfMissing});
     }
 
-    void AddLoggingRule(const std::string& label) {
-        config_.AddRule(
-            [this, label](ZentuCmdContainer&, const KeywordMap&) { log_.push_back(label); });
+    static void Visit(ZentuCmd& cmd, const ZentuCmdContainer& container,
+                      const ZentuCmdMetaData& metadata, const KeywordMap& keywords) {
+        g_test->visits_.push_back(cmd.GetName());
+        EXPECT_EQ(&metadata, &g_test->config_.cmd_metadata.at(cmd.GetName()));
+        EXPECT_EQ(&container, &g_test->container_);
+        EXPECT_EQ(&keywords, &g_test->config_.enum_map);
+        cmd.AddStringItem(CmdItem::DESCRIPTION, "seen");
+    }
+
+    template <Label label>
+    static void Log(ZentuCmdContainer&, const KeywordMap&) {
+        g_test->log_.emplace_back(kLabels[label]);
+    }
+
+    template <Label label>
+    void AddLoggingRule() {
+        config_.AddRule(&Log<label>);
     }
 
     std::string ApplyFailure() {
@@ -74,19 +89,19 @@ class RuleEngineTest : public ::testing::Test {
 TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheOnesBefore) {
     Describe("DV", Cmd::DV);
     container_.CreateCommand(Cmd::DV, "DV", "v1");
-    config_.AddRule([this](ZentuCmdContainer& container, const KeywordMap& keywords) {
-        log_.push_back("create");
-        EXPECT_EQ(&container, &container_);
-        EXPECT_EQ(&keywords, &config_.enum_map);
+    config_.AddRule([](ZentuCmdContainer& container, const KeywordMap& keywords) {
+        g_test->log_.emplace_back("create");
+        EXPECT_EQ(&container, &g_test->container_);
+        EXPECT_EQ(&keywords, &g_test->config_.enum_map);
         container.CreateCommand(Cmd::DV, "DV", "v2");
     });
     AddVisitingRule(Cmd::DV);
-    config_.AddRule([this](ZentuCmdContainer& container, const KeywordMap&) {
+    config_.AddRule([](ZentuCmdContainer& container, const KeywordMap&) {
         std::size_t marked = 0;
         for (const auto& cmd : container.GetCommands(Cmd::DV)) {
             marked += cmd->Items(CmdItem::DESCRIPTION).size();
         }
-        log_.push_back("count " + std::to_string(marked));
+        g_test->log_.push_back("count " + std::to_string(marked));
     });
 
     Rules::apply_rules(container_, config_);
@@ -102,12 +117,12 @@ TEST_F(RuleEngineTest, RunsOnlyTheConfiguredRulesAndSkipsPairsItHasNoRuleFor) {
     Describe("DRESP", Cmd::DRESP, true);
     container_.CreateCommand(Cmd::DV, "DV", "v1").AddStringItem(CmdItem::TYPE, "topo");
     const Lines before = CmdLines(container_);
-    AddLoggingRule("first");
+    AddLoggingRule<FIRST>();
     config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(2), 0);
     config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(-1), 99);
     config_.rule_sequence.emplace_back(ZentuCmdIoConfig::DEFAULT_VALUE_RULE, 99);
     config_.rule_sequence.emplace_back(ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 99);
-    AddLoggingRule("second");
+    AddLoggingRule<SECOND>();
 
     Rules::apply_rules(container_, config_);
 
@@ -171,9 +186,9 @@ TEST_F(RuleEngineTest, FailsWithTheConfigurationFailureAndRunsNoLaterRule) {
         if (!c.name.empty()) {
             container_.CreateCommand(c.kind, c.name, "c1");
         }
-        AddLoggingRule("before");
+        AddLoggingRule<BEFORE>();
         AddVisitingRule(c.kind, c.name.empty());
-        AddLoggingRule("after");
+        AddLoggingRule<AFTER>();
 
         EXPECT_EQ(ApplyFailure(),
                   "|%P|ZentuJobDefinition|ZentuCmdContainerRules [202810221842] -1: "
@@ -207,7 +222,7 @@ TEST_F(RuleEngineTest, PassesARulesFailureOnUnchanged) {
     config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) {
         throw KPL_Failure("the rule refused", "|%P|Host|Rule");
     });
-    AddLoggingRule("after");
+    AddLoggingRule<AFTER>();
 
     EXPECT_EQ(ApplyFailure(), "|%P|Host|Rule [] -14: the rule refused");
     EXPECT_TRUE(log_.empty());

@@ -93,15 +93,13 @@ void DefaultFirst(ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&, 
 
 TEST(IoConfig, RuleSequenceFollowsTheOrderOfRegistration) {
     g_calls.clear();
-    std::string captured = "D1";
     ZentuCmdIoConfig config;
     config.AddRule(&ManipulateFirst);
     config.AddRule(DefaultValueRule{Cmd::DV, &DefaultFirst, true});
-    config.AddRule(
-        DefaultValueRule{Cmd::STOP,
-                         [captured](ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&,
-                                    const KeywordMap&) { g_calls.push_back(captured); },
-                         false});
+    config.AddRule(DefaultValueRule{Cmd::STOP,
+                                    [](ZentuCmd&, const ZentuCmdContainer&, const ZentuCmdMetaData&,
+                                       const KeywordMap&) { g_calls.emplace_back("D1"); },
+                                    false});
     config.AddRule([](ZentuCmdContainer&, const KeywordMap&) { g_calls.emplace_back("M1"); });
 
     const Sequence expected = {{ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 0},
@@ -114,6 +112,9 @@ TEST(IoConfig, RuleSequenceFollowsTheOrderOfRegistration) {
 
     const auto& defaults = config.GetDefaultValueRules();
     ASSERT_EQ(defaults.size(), 2U);
+    // Stored rules are the very functions registered, comparable as pointers.
+    EXPECT_EQ(defaults[0].func, &DefaultFirst);
+    EXPECT_EQ(config.GetContainerManipulatorRules()[0], &ManipulateFirst);
     EXPECT_EQ(ToInt(defaults[0].cmd), ToInt(Cmd::DV));
     EXPECT_TRUE(defaults[0].create_if_missing);
     EXPECT_EQ(ToInt(defaults[1].cmd), ToInt(Cmd::STOP));

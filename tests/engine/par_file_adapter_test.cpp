@@ -83,7 +83,8 @@ class ParFileAdapterTest : public ::testing::Test {
     }
 
     void AddCountingRule() {
-        config_.AddRule([this](ZentuCmdContainer&, const KeywordMap&) { ++rulesRun_; });
+        rulesRun_ = 0;
+        config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) { ++rulesRun_; });
     }
 
     void Parse(const fs::path& path, ZentuCmdContainer& into) const {
@@ -111,7 +112,8 @@ class ParFileAdapterTest : public ::testing::Test {
     zentu_test::ScratchDir dir_{"zentu_par_adapter_"};
     zentu_test::LogCollector log_;
     ZentuCmdIoConfig config_ = Schema(false);
-    int rulesRun_ = 0;
+    // Rules are plain function pointers, so the counting rule counts here.
+    static inline int rulesRun_ = 0;
 };
 
 // Comments, blank lines and a lower-case closing line with blanks around it stand where a careless
@@ -218,8 +220,9 @@ TEST_F(ParFileAdapterTest, ARefusedItemEndsReadingWithAFailureThatCarriesTheRefu
 
 TEST_F(ParFileAdapterTest, CompletesWithDefaultsThenReferencesThenRules) {
     config_ = Schema(true);
-    bool checked = false;
-    config_.AddRule([&checked](ZentuCmdContainer& container, const KeywordMap&) {
+    static bool checked;
+    checked = false;
+    config_.AddRule([](ZentuCmdContainer& container, const KeywordMap&) {
         const ZentuCmd& dv = container.GetCommand(Cmd::DV, 0);
         ASSERT_TRUE(dv.HasItem(CmdItem::TARGET, 0));
         EXPECT_EQ(dv.Item(CmdItem::TARGET, 0).GetReference(), &container.GetCommand(Cmd::DRESP, 0));

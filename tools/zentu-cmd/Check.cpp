@@ -352,9 +352,10 @@ void print_summary(const std::string& path, const FileCheck& check, const FileFi
 
 }  // namespace
 
-int run_check(const std::vector<std::string>& files, const Schema& schema,
+int run_check(const std::vector<std::string>& files, const ZentuJobSchema& schema,
               const CheckOptions& options, std::ostream& out) {
-    const ZentuCmdIoConfig config = build_config(schema, Completion::FULL);
+    const ZentuCmdIoConfig config = schema.BuildConfig(ZentuCompletion::FULL);
+    const ZentuBoundRules::Scope rules(schema.BoundRules());
     int status = CHECK_CLEAN;
     for (const std::string& path : files) {
         FileCheck check(path, config, out);

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "Schema.h"
+#include "ZentuJobSchema.h"
 
 namespace zentu_cmd {
 
@@ -22,7 +22,7 @@ enum CheckStatus : int { CHECK_CLEAN = 0, CHECK_WARNINGS = 1, CHECK_ERRORS = 2 }
 // Reads each file with the schema and its rules and prints to out every refused value, every
 // undescribed item and every reference that names no command, each as "path:line: ", then a
 // summary per file. Returns the exit status.
-int run_check(const std::vector<std::string>& files, const Schema& schema,
+int run_check(const std::vector<std::string>& files, const ZentuJobSchema& schema,
               const CheckOptions& options, std::ostream& out);
 
 }  // namespace zentu_cmd

@@ -70,9 +70,12 @@ void write_to(const fs::path& file, const ZentuCmdContainer& container) {
 
 }  // namespace
 
-ZentuCmdContainer read_job(const std::string& path, ZentuCmdIoConfig config) {
+ZentuCmdContainer read_job(const std::string& path, const ZentuJobSchema& schema,
+                           ZentuCompletion completion) {
     ZentuCmdContainer container;
-    ZentuParFileAdapter(ZentuFileUtil::from_utf8(path), std::move(config)).Parse(container);
+    const ZentuBoundRules::Scope rules(schema.BoundRules());
+    ZentuParFileAdapter(ZentuFileUtil::from_utf8(path), schema.BuildConfig(completion))
+        .Parse(container);
     return container;
 }
 

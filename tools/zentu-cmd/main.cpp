@@ -10,9 +10,9 @@
 #include "JobFiles.h"
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
-#include "RuleRegistry.h"
-#include "Schema.h"
 #include "ToolError.h"
+#include "ZentuJobSchema.h"
+#include "ZentuRuleCatalog.h"
 
 namespace {
 
@@ -40,7 +40,7 @@ void write_destination(const ZentuCmdContainer& container, const std::string& in
 
 void print_known_rules(std::ostream& out) {
     out << "\nRules a schema may name (parameters ending in ? are optional):\n";
-    for (const RuleInfo& rule : known_rules()) {
+    for (const ZentuRuleCatalog::RuleInfo& rule : ZentuRuleCatalog::known_rules()) {
         out << "  " << rule.name << " (";
         for (std::size_t i = 0; i < rule.parameters.size(); ++i) {
             out << (i == 0 ? "" : ", ") << rule.parameters[i];
@@ -124,22 +124,22 @@ int main(int argc, char** argv) {
                                            : KPL_LogMacros::LOG_WARNING);
 
     try {
-        const Schema schema = schemaPath.empty() ? builtin_schema() : load_schema_file(schemaPath);
+        const ZentuJobSchema schema =
+            schemaPath.empty() ? ZentuJobSchema::Builtin() : ZentuJobSchema::Load(schemaPath);
         if (check->parsed()) {
             return run_check(checkFiles, schema, checkOptions, std::cout);
         }
         if (format->parsed() || expand->parsed()) {
-            const Completion completion = expand->parsed() ? Completion::FULL : Completion::NONE;
-            write_destination(read_job(input, build_config(schema, completion)), input,
-                              destination);
+            const ZentuCompletion completion =
+                expand->parsed() ? ZentuCompletion::FULL : ZentuCompletion::NONE;
+            write_destination(read_job(input, schema, completion), input, destination);
         } else if (dump->parsed()) {
-            std::cout
-                << dump_container(read_job(input, build_config(schema, Completion::FULL))).dump(2)
-                << "\n";
+            std::cout << dump_container(read_job(input, schema, ZentuCompletion::FULL)).dump(2)
+                      << "\n";
         } else if (schemaJson) {
-            std::cout << to_json(schema).dump(2) << "\n";
+            std::cout << schema.ToJson().dump(2) << "\n";
         } else {
-            print_schema_table(schema, std::cout);
+            schema.PrintTable(std::cout);
             print_known_rules(std::cout);
         }
         return 0;

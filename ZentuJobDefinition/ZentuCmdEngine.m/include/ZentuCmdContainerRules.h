@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <unordered_map>
 
@@ -16,14 +15,15 @@ class ZentuCmdMetaData;
 namespace ZentuCmdContainerRules {
 
 // A rule applied to each command of one kind: it receives the command (to change), the
-// container (to read), the command's description and the keyword map.
-using DefaultValueRuleFunction = std::function<void(
-    ZentuCmd& command, const ZentuCmdContainer& container, const ZentuCmdMetaData& metadata,
-    const ZentuCmdItemDefs::KeywordMap& keywords)>;
+// container (to read), the command's description and the keyword map. A plain function pointer,
+// so that hosts can compare rules, keep them in tables and hand them on.
+using DefaultValueRuleFunction = void (*)(ZentuCmd& command, const ZentuCmdContainer& container,
+                                          const ZentuCmdMetaData& metadata,
+                                          const ZentuCmdItemDefs::KeywordMap& keywords);
 
-// A rule applied to a whole container, with the keyword map.
-using ContainerManipulatorRule =
-    std::function<void(ZentuCmdContainer& container, const ZentuCmdItemDefs::KeywordMap& keywords)>;
+// A rule applied to a whole container, with the keyword map; a plain function pointer.
+using ContainerManipulatorRule = void (*)(ZentuCmdContainer& container,
+                                          const ZentuCmdItemDefs::KeywordMap& keywords);
 
 // A per-command rule: the kind it applies to, the function called for each command of that kind,
 // and whether a command of the kind is created first when the container holds none.

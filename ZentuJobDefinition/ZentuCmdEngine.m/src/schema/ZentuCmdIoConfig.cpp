@@ -33,6 +33,6 @@ void ZentuCmdIoConfig::AddRule(const ZentuCmdContainerRules::DefaultValueRule& r
 }
 
 void ZentuCmdIoConfig::AddRule(ZentuCmdContainerRules::ContainerManipulatorRule rule) {
-    container_manipulator_rules.push_back(std::move(rule));
+    container_manipulator_rules.push_back(rule);
     rule_sequence.emplace_back(CONTAINER_MANIPULATOR_RULE, container_manipulator_rules.size() - 1);
 }

@@ -1,4 +1,4 @@
-#include "Schema.h"
+#include "ZentuJobSchema.h"
 
 #include <algorithm>
 #include <array>
@@ -7,17 +7,27 @@
 #include <set>
 #include <sstream>
 
-#include "RuleRegistry.h"
-#include "ToolError.h"
+#include "KPL_Failure.h"
 #include "ZentuCmdMetaData.h"
+#include "ZentuJobDocumentMessages.h"
+#include "ZentuRuleCatalog.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 
-namespace zentu_cmd {
-
 namespace {
+
+using Json = ZentuJson;
+using ItemSchema = ZentuItemSchema;
+using CommandSchema = ZentuCommandSchema;
+using RuleSchema = ZentuRuleSchema;
+using Completion = ZentuCompletion;
+
+// Throws the failure that every refused schema ends in.
+[[noreturn]] void fail(const std::string& message) {
+    throw KPL_Failure(message, ZentuJobDocumentMessages::SCHEMA_TAG);
+}
 
 const std::array<std::string, ZentuCmdItemDefs::DATA_TYPE_COUNT> DATA_TYPE_NAMES = {
     "INTEGER",    "REAL", "VECTOR3D",  "STRING", "RAW_STRING", "RESERVED",
@@ -37,9 +47,7 @@ class EntryPath {
         return child;
     }
 
-    [[noreturn]] void Fail(const std::string& reason) const {
-        throw ToolError(text_ + ": " + reason);
-    }
+    [[noreturn]] void Fail(const std::string& reason) const { fail(text_ + ": " + reason); }
 
   private:
     std::string text_;
@@ -97,6 +105,33 @@ void reject_unknown_fields(const Json& object, std::initializer_list<const char*
             path.Fail("unknown field \"" + field + "\"");
         }
     }
+}
+
+bool flag_field(const Json& object, const char* field, const EntryPath& path) {
+    const auto found = object.find(field);
+    if (found == object.end()) {
+        return false;
+    }
+    if (!found->is_boolean()) {
+        path.Fail(std::string("\"") + field + "\" must be true or false");
+    }
+    return found->get<bool>();
+}
+
+// A "min" or "max" of a number item.
+std::optional<double> bound_field(const Json& object, const char* field, const ItemSchema& item,
+                                  const EntryPath& path) {
+    const auto found = object.find(field);
+    if (found == object.end()) {
+        return std::nullopt;
+    }
+    if (item.type != DataType::INTEGER && item.type != DataType::REAL) {
+        path.Fail(std::string("only INTEGER and REAL items have \"") + field + "\"");
+    }
+    if (!found->is_number()) {
+        path.Fail(std::string("\"") + field + "\" must be a number");
+    }
+    return found->get<double>();
 }
 
 bool is_upper_case(const std::string& text) {
@@ -172,8 +207,10 @@ ItemSchema parse_item(const Json& entry, const EntryPath& path) {
     if (!entry.is_object()) {
         path.Fail("an item must be an object");
     }
-    reject_unknown_fields(
-        entry, {"name", "kind", "type", "default", "keywords", "references", "description"}, path);
+    reject_unknown_fields(entry,
+                          {"name", "kind", "type", "default", "keywords", "references",
+                           "description", "required", "multiple", "min", "max"},
+                          path);
     ItemSchema item;
     item.name = text_field(entry, "name", path, true);
     if (item.name.empty() || !is_upper_case(item.name)) {
@@ -202,6 +239,13 @@ ItemSchema parse_item(const Json& entry, const EntryPath& path) {
         item.default_value = entry["default"];
     }
     check_default(item, path);
+    item.required = flag_field(entry, "required", path);
+    item.multiple = flag_field(entry, "multiple", path);
+    item.min = bound_field(entry, "min", item, path);
+    item.max = bound_field(entry, "max", item, path);
+    if (item.min && item.max && *item.min > *item.max) {
+        path.Fail("\"min\" must not be above \"max\"");
+    }
     return item;
 }
 
@@ -258,7 +302,7 @@ RuleSchema parse_rule(const Json& entry, const EntryPath& path) {
     rule.parameters = entry;
     rule.parameters.erase("rule");
     rule.parameters.erase("description");
-    if (const std::string problem = rule_problem(rule); !problem.empty()) {
+    if (const std::string problem = ZentuRuleCatalog::rule_problem(rule); !problem.empty()) {
         path.Fail(problem);
     }
     return rule;
@@ -300,6 +344,19 @@ std::string default_text(const ItemSchema& item) {
                                           : item.default_value.dump();
 }
 
+// ", required, multiple, min 0, max 1" as far as the item has them.
+std::string constraints_text(const ItemSchema& item) {
+    std::ostringstream text;
+    text << (item.required ? ", required" : "") << (item.multiple ? ", multiple" : "");
+    if (item.min) {
+        text << ", min " << *item.min;
+    }
+    if (item.max) {
+        text << ", max " << *item.max;
+    }
+    return text.str();
+}
+
 std::string values_text(const ItemSchema& item) {
     if (item.type == DataType::REFERENCE) {
         return "refers to " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
@@ -313,35 +370,41 @@ std::string values_text(const ItemSchema& item) {
 
 }  // namespace
 
-const std::string& data_type_name(DataType type) {
+const std::string& zentu_data_type_name(DataType type) {
     return DATA_TYPE_NAMES[static_cast<std::size_t>(type)];
 }
 
-Schema builtin_schema() {
-    return parse_schema(Json::parse(builtin_schema_text()), "built-in schema");
+const ZentuItemSchema* ZentuCommandSchema::FindItem(const std::string& name) const {
+    const auto found = std::find_if(items.begin(), items.end(),
+                                    [&](const ZentuItemSchema& item) { return item.name == name; });
+    return found == items.end() ? nullptr : &*found;
 }
 
-Schema load_schema_file(const std::string& path) {
+ZentuJobSchema ZentuJobSchema::Builtin() {
+    return Parse(Json::parse(BuiltinText()), "built-in schema");
+}
+
+ZentuJobSchema ZentuJobSchema::Load(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) {
-        throw ToolError(path + ": cannot be opened");
+        fail(path + ": cannot be opened");
     }
     Json document;
     try {
         document = Json::parse(in);
     } catch (const nlohmann::json::parse_error& error) {
-        throw ToolError(path + ": not valid JSON: " + error.what());
+        fail(path + ": not valid JSON: " + error.what());
     }
-    return parse_schema(document, path);
+    return Parse(document, path);
 }
 
-Schema parse_schema(const Json& document, const std::string& source) {
+ZentuJobSchema ZentuJobSchema::Parse(const Json& document, const std::string& source) {
     const EntryPath path(source);
     if (!document.is_object()) {
         path.Fail("a schema must be a JSON object with \"commands\" and \"rules\"");
     }
     reject_unknown_fields(document, {"description", "commands", "rules"}, path);
-    Schema schema;
+    ZentuJobSchema schema;
     schema.description = text_field(document, "description", path, false);
     const Json& commands = required(document, "commands", path);
     const Json& rules = document.contains("rules") ? document["rules"] : Json::array();
@@ -365,12 +428,20 @@ Schema parse_schema(const Json& document, const std::string& source) {
             rules[i].is_object() && rules[i].contains("rule") && rules[i]["rule"].is_string()
                 ? rules[i]["rule"].get<std::string>()
                 : std::string();
-        schema.rules.push_back(parse_rule(rules[i], path.Child("rules", i, name)));
+        const EntryPath rulePath = path.Child("rules", i, name);
+        schema.rules.push_back(parse_rule(rules[i], rulePath));
+        try {
+            schema.ruleAdders_.push_back(
+                ZentuRuleCatalog::bind_rule(schema.rules.back(), *schema.bound_));
+        } catch (const KPL_Failure& failure) {
+            rulePath.Fail(failure.GetMessage());
+        }
     }
     return schema;
 }
 
-Json to_json(const Schema& schema) {
+Json ZentuJobSchema::ToJson() const {
+    const ZentuJobSchema& schema = *this;
     Json commands = Json::array();
     for (const CommandSchema& command : schema.commands) {
         Json items = Json::array();
@@ -378,7 +449,7 @@ Json to_json(const Schema& schema) {
             Json entry = {
                 {"name", item.name},
                 {"kind", ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(item.kind)]},
-                {"type", data_type_name(item.type)}};
+                {"type", zentu_data_type_name(item.type)}};
             if (item.type == DataType::ENUM) {
                 Json keywords = Json::object();
                 for (const auto& [keyword, value] : item.keywords) {
@@ -392,6 +463,18 @@ Json to_json(const Schema& schema) {
             }
             if (!item.default_value.is_null()) {
                 entry["default"] = item.default_value;
+            }
+            if (item.required) {
+                entry["required"] = true;
+            }
+            if (item.multiple) {
+                entry["multiple"] = true;
+            }
+            if (item.min) {
+                entry["min"] = *item.min;
+            }
+            if (item.max) {
+                entry["max"] = *item.max;
             }
             if (!item.description.empty()) {
                 entry["description"] = item.description;
@@ -425,7 +508,8 @@ Json to_json(const Schema& schema) {
     return document;
 }
 
-ZentuCmdIoConfig build_config(const Schema& schema, Completion completion) {
+ZentuCmdIoConfig ZentuJobSchema::BuildConfig(Completion completion) const {
+    const ZentuJobSchema& schema = *this;
     ZentuCmdIoConfig config;
     for (const CommandSchema& command : schema.commands) {
         ZentuCmdMetaData::ItemMap items;
@@ -437,14 +521,26 @@ ZentuCmdIoConfig build_config(const Schema& schema, Completion completion) {
                                                                     command.create_default));
     }
     if (completion == Completion::FULL) {
-        for (const RuleSchema& rule : schema.rules) {
-            add_rule(rule, config);
+        for (const auto& add : ruleAdders_) {
+            add(config);
         }
     }
     return config;
 }
 
-void print_schema_table(const Schema& schema, std::ostream& out) {
+const ZentuBoundRules& ZentuJobSchema::BoundRules() const {
+    return *bound_;
+}
+
+const ZentuCommandSchema* ZentuJobSchema::FindCommand(const std::string& keyword) const {
+    const auto found =
+        std::find_if(commands.begin(), commands.end(),
+                     [&](const ZentuCommandSchema& command) { return command.keyword == keyword; });
+    return found == commands.end() ? nullptr : &*found;
+}
+
+void ZentuJobSchema::PrintTable(std::ostream& out) const {
+    const ZentuJobSchema& schema = *this;
     if (!schema.description.empty()) {
         out << schema.description << "\n\n";
     }
@@ -463,13 +559,14 @@ void print_schema_table(const Schema& schema, std::ostream& out) {
         for (const ItemSchema& item : command.items) {
             std::ostringstream line;
             line << "  " << item.name << std::string(width - item.name.size() + 2, ' ')
-                 << data_type_name(item.type);
+                 << zentu_data_type_name(item.type);
             if (!item.default_value.is_null()) {
                 line << ", default " << default_text(item);
             }
             if (const std::string values = values_text(item); !values.empty()) {
                 line << ", " << values;
             }
+            line << constraints_text(item);
             if (!item.description.empty()) {
                 line << ": " << item.description;
             }
@@ -489,5 +586,3 @@ void print_schema_table(const Schema& schema, std::ostream& out) {
         out << "\n";
     }
 }
-
-}  // namespace zentu_cmd

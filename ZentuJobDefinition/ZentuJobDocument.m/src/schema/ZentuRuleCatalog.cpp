@@ -1,9 +1,9 @@
-#include "RuleRegistry.h"
+#include "ZentuRuleCatalog.h"
 
 #include <algorithm>
 #include <functional>
+#include <stdexcept>
 
-#include "ToolError.h"
 #include "ZentuCmd.h"
 #include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
@@ -15,14 +15,20 @@ using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::KeywordMap;
 namespace Rules = ZentuCmdContainerRules;
 
-namespace zentu_cmd {
+namespace ZentuRuleCatalog {
 
 namespace {
+
+// What is wrong with one parameter of a rule entry, ready to be shown as it stands.
+class ParameterError : public std::runtime_error {
+  public:
+    explicit ParameterError(const std::string& message) : std::runtime_error(message) {}
+};
 
 // The parameters of one rule entry, read with the type that each parameter calls for.
 class Parameters {
   public:
-    explicit Parameters(const Json& values) : values_(values) {}
+    explicit Parameters(const ZentuJson& values) : values_(values) {}
 
     Cmd Kind(const char* name) const {
         return Named<Cmd>(ZentuCmdDefs::CMD_NAMES, name, "command kind");
@@ -35,11 +41,11 @@ class Parameters {
     DataType Type(const char* name) const {
         const std::string text = Text(name);
         for (std::size_t type = 0; type < ZentuCmdItemDefs::DATA_TYPE_COUNT; ++type) {
-            if (data_type_name(static_cast<DataType>(type)) == text) {
+            if (zentu_data_type_name(static_cast<DataType>(type)) == text) {
                 return static_cast<DataType>(type);
             }
         }
-        throw ToolError("\"" + std::string(name) + "\": unknown data type \"" + text + "\"");
+        throw ParameterError("\"" + std::string(name) + "\": unknown data type \"" + text + "\"");
     }
 
     ZentuCmdItemDefs::EnumValue Keyword(const char* name) const {
@@ -47,16 +53,16 @@ class Parameters {
         const KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
         const auto found = keywords.find(text);
         if (found == keywords.end()) {
-            throw ToolError("\"" + std::string(name) + "\": \"" + text +
-                            "\" is not one of the library's keywords");
+            throw ParameterError("\"" + std::string(name) + "\": \"" + text +
+                                 "\" is not one of the library's keywords");
         }
         return found->second;
     }
 
     std::string Text(const char* name) const {
-        const Json& value = Value(name);
+        const ZentuJson& value = Value(name);
         if (!value.is_string()) {
-            throw ToolError("\"" + std::string(name) + "\" must be a text");
+            throw ParameterError("\"" + std::string(name) + "\" must be a text");
         }
         return value.get<std::string>();
     }
@@ -69,9 +75,9 @@ class Parameters {
         if (!values_.contains(name)) {
             return false;
         }
-        const Json& value = values_[name];
+        const ZentuJson& value = values_[name];
         if (!value.is_boolean()) {
-            throw ToolError("\"" + std::string(name) + "\" must be true or false");
+            throw ParameterError("\"" + std::string(name) + "\" must be true or false");
         }
         return value.get<bool>();
     }
@@ -79,10 +85,10 @@ class Parameters {
     bool Has(const char* name) const { return values_.contains(name); }
 
   private:
-    const Json& Value(const char* name) const {
+    const ZentuJson& Value(const char* name) const {
         const auto found = values_.find(name);
         if (found == values_.end()) {
-            throw ToolError("missing parameter \"" + std::string(name) + "\"");
+            throw ParameterError("missing parameter \"" + std::string(name) + "\"");
         }
         return *found;
     }
@@ -92,50 +98,56 @@ class Parameters {
         const std::string text = Text(name);
         const auto found = std::find(names.begin(), names.end(), text);
         if (found == names.end()) {
-            throw ToolError("\"" + std::string(name) + "\": unknown " + what + " \"" + text + "\"");
+            throw ParameterError("\"" + std::string(name) + "\": unknown " + what + " \"" + text +
+                                 "\"");
         }
         return static_cast<Enum>(found - names.begin());
     }
 
-    const Json& values_;
+    const ZentuJson& values_;
 };
 
 // The body of a per-command rule, once its parameters are bound.
 using CommandRule = std::function<void(ZentuCmd&, const ZentuCmdContainer&, const KeywordMap&)>;
 
-void add_command_rule(const Parameters& parameters, CommandRule rule, ZentuCmdIoConfig& config) {
-    config.AddRule(Rules::DefaultValueRule{
+RuleAdder command_rule(const Parameters& parameters, CommandRule rule, ZentuBoundRules& bound) {
+    const Rules::DefaultValueRule bound_rule{
         parameters.Kind("cmd"),
-        [rule = std::move(rule)](ZentuCmd& command, const ZentuCmdContainer& container,
-                                 const ZentuCmdMetaData&, const KeywordMap& keywords) {
+        bound.Bind([rule = std::move(rule)](ZentuCmd& command, const ZentuCmdContainer& container,
+                                            const ZentuCmdMetaData&, const KeywordMap& keywords) {
             rule(command, container, keywords);
-        },
-        parameters.Flag("create_if_missing")});
+        }),
+        parameters.Flag("create_if_missing")};
+    return [bound_rule](ZentuCmdIoConfig& config) { config.AddRule(bound_rule); };
 }
 
-void add_reference(const Parameters& p, ZentuCmdIoConfig& config) {
-    add_command_rule(
+RuleAdder container_rule(Rules::ContainerManipulatorRule rule) {
+    return [rule](ZentuCmdIoConfig& config) { config.AddRule(rule); };
+}
+
+RuleAdder add_reference(const Parameters& p, ZentuBoundRules& bound) {
+    return command_rule(
         p,
         [item = p.Item("item"), name = p.Text("name"), kind = p.Kind("target_kind"),
          id = p.Text("target_id")](ZentuCmd& command, const ZentuCmdContainer& container,
                                    const KeywordMap&) {
             Rules::Rule_AddReference(command, container, item, name, kind, id);
         },
-        config);
+        bound);
 }
 
-void add_reference_to_first_cmd(const Parameters& p, ZentuCmdIoConfig& config) {
-    add_command_rule(
+RuleAdder add_reference_to_first_cmd(const Parameters& p, ZentuBoundRules& bound) {
+    return command_rule(
         p,
         [item = p.Item("item"), name = p.Text("name"), kind = p.Kind("target_kind")](
             ZentuCmd& command, const ZentuCmdContainer& container, const KeywordMap&) {
             Rules::Rule_AddReferenceToFirstCmd(command, container, item, name, kind);
         },
-        config);
+        bound);
 }
 
-void add_value_if_enum_present(const Parameters& p, ZentuCmdIoConfig& config) {
-    add_command_rule(
+RuleAdder add_value_if_enum_present(const Parameters& p, ZentuBoundRules& bound) {
+    return command_rule(
         p,
         [enumItem = p.Item("enum_item"), value = p.Keyword("enum_value"), item = p.Item("item"),
          name = p.Text("name"), text = p.Text("value")](
@@ -143,23 +155,23 @@ void add_value_if_enum_present(const Parameters& p, ZentuCmdIoConfig& config) {
             Rules::Rule_AddValueIfEnumPresent(command, container, enumItem, value, item, name, text,
                                               keywords);
         },
-        config);
+        bound);
 }
 
-void add_value_if_not_present(const Parameters& p, ZentuCmdIoConfig& config) {
-    add_command_rule(
+RuleAdder add_value_if_not_present(const Parameters& p, ZentuBoundRules& bound) {
+    return command_rule(
         p,
         [item = p.Item("item"), name = p.Text("name"), text = p.Text("value")](
             ZentuCmd& command, const ZentuCmdContainer& container, const KeywordMap& keywords) {
             Rules::Rule_AddValueIfNotPresent(command, container, item, name, text, keywords);
         },
-        config);
+        bound);
 }
 
-void copy_type_to_cmd(const Parameters& p, ZentuCmdIoConfig& config) {
+RuleAdder copy_type_to_cmd(const Parameters& p, ZentuBoundRules& bound) {
     const CmdItem item = p.Item("item");
     const CmdItem sourceItem = p.Has("source_item") ? p.Item("source_item") : item;
-    add_command_rule(
+    return command_rule(
         p,
         [source = p.Kind("source_kind"), refItem = p.Item("ref_item"), sourceItem, item,
          name = p.OptionalText("name"), type = p.Type("type"), replace = p.Flag("replace")](
@@ -167,27 +179,27 @@ void copy_type_to_cmd(const Parameters& p, ZentuCmdIoConfig& config) {
             Rules::Rule_CopyTypeToCmd(command, container, source, refItem, sourceItem, item, name,
                                       type, keywords, replace);
         },
-        config);
+        bound);
 }
 
-void reference_to_collection(const Parameters& p, ZentuCmdIoConfig& config) {
-    config.AddRule(Rules::ContainerManipulatorRule(
+RuleAdder reference_to_collection(const Parameters& p, ZentuBoundRules& bound) {
+    return container_rule(bound.Bind(ZentuBoundRules::ContainerRule(
         [collection = p.Kind("collection_kind"), member = p.Item("member_item"),
          target = p.Kind("target_kind"), backRef = p.Item("back_ref_item"), name = p.Text("name"),
          fallback = p.Flag("fallback_to_first")](ZentuCmdContainer& container, const KeywordMap&) {
             Rules::rule_add_reference_to_collection_cmd(container, collection, member, target,
                                                         backRef, name, fallback);
-        }));
+        })));
 }
 
-void dresp_expressions(const Parameters&, ZentuCmdIoConfig& config) {
-    config.AddRule(
-        Rules::ContainerManipulatorRule(&ZentuDrespExpressionParser::dresp_expression_rule));
+// A plain rule function of the library needs no binding.
+RuleAdder dresp_expressions(const Parameters&, ZentuBoundRules&) {
+    return container_rule(&ZentuDrespExpressionParser::dresp_expression_rule);
 }
 
 struct RuleEntry {
     RuleInfo info;
-    std::function<void(const Parameters&, ZentuCmdIoConfig&)> add;
+    std::function<RuleAdder(const Parameters&, ZentuBoundRules&)> bind;
 };
 
 const std::vector<RuleEntry>& rule_table() {
@@ -241,7 +253,7 @@ const RuleEntry* find_rule(const std::string& name) {
     return found == table.end() ? nullptr : &*found;
 }
 
-std::string unknown_parameter(const RuleSchema& rule, const RuleInfo& info) {
+std::string unknown_parameter(const ZentuRuleSchema& rule, const RuleInfo& info) {
     for (const auto& [name, value] : rule.parameters.items()) {
         const bool known = std::any_of(
             info.parameters.begin(), info.parameters.end(),
@@ -266,7 +278,7 @@ const std::vector<RuleInfo>& known_rules() {
     return infos;
 }
 
-std::string rule_problem(const RuleSchema& rule) {
+std::string rule_problem(const ZentuRuleSchema& rule) {
     const RuleEntry* entry = find_rule(rule.rule);
     if (entry == nullptr) {
         std::string names;
@@ -279,16 +291,16 @@ std::string rule_problem(const RuleSchema& rule) {
         return problem;
     }
     try {
-        ZentuCmdIoConfig scratch(ZentuCmdIoConfig::NO_DEFAULT_VALUES);
-        entry->add(Parameters(rule.parameters), scratch);
-    } catch (const ToolError& error) {
+        ZentuBoundRules scratch;
+        entry->bind(Parameters(rule.parameters), scratch);
+    } catch (const ParameterError& error) {
         return error.what();
     }
     return {};
 }
 
-void add_rule(const RuleSchema& rule, ZentuCmdIoConfig& config) {
-    find_rule(rule.rule)->add(Parameters(rule.parameters), config);
+RuleAdder bind_rule(const ZentuRuleSchema& rule, ZentuBoundRules& bound) {
+    return find_rule(rule.rule)->bind(Parameters(rule.parameters), bound);
 }
 
-}  // namespace zentu_cmd
+}  // namespace ZentuRuleCatalog
