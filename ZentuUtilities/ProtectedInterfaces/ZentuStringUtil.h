@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ZentuUtilitiesExport.h"
@@ -18,6 +19,9 @@ ZENTU_UTILITIES_API std::size_t Split(const std::string& text, const char* separ
 
 // Whether the text has at least two characters and begins and ends with quote.
 ZENTU_UTILITIES_API bool is_quoted_str(const std::string& text, char quote);
+
+// Whether the text equals a word of capitals, comparing the ASCII letters of text in any case.
+ZENTU_UTILITIES_API bool equals_ignoring_case(std::string_view text, std::string_view capitals);
 
 // The decimal text of an integer.
 ZENTU_UTILITIES_API std::string String(int value);

@@ -15,6 +15,7 @@
 
 #include "KPL_Failure.h"
 #include "ZentuFileUtil.h"
+#include "ZentuParScanner.h"
 #include "ZentuStringUtil.h"
 #include "ZentuUtilitiesInternal.h"
 #include "ZentuUtilitiesMessages.h"
@@ -27,17 +28,8 @@ namespace {
 // searched.
 constexpr std::size_t CHUNK_SIZE = std::size_t{1} << 16;
 
-// The line that closes a command, compared in any case.
-constexpr std::string_view END_LINE = "END_";
-
 // The item whose value identifies a command, compared in any case.
 constexpr std::string_view ID_NAME = "ID_NAME";
-
-// The first character of a comment line.
-constexpr char COMMENT_MARK = '#';
-
-// What parts an item's name from its value.
-constexpr char NAME_VALUE_SEPARATOR = '=';
 
 // The line feed that ends a line in the file and joins the lines of a multi-line value.
 constexpr char LINE_FEED = '\n';
@@ -47,15 +39,6 @@ constexpr std::size_t EXCERPT_LENGTH = 80;
 
 // Marks a quotation cut short.
 constexpr std::string_view EXCERPT_CUT_MARK = "...";
-
-// Whether the text equals a word of capitals, comparing ASCII letters in any case.
-bool EqualsIgnoringCase(std::string_view text, std::string_view capitals) {
-    return std::equal(text.begin(), text.end(), capitals.begin(), capitals.end(),
-                      [](char character, char capital) {
-                          return character == capital || (character >= 'a' && character <= 'z' &&
-                                                          character - 'a' + 'A' == capital);
-                      });
-}
 
 // Whether a byte would stop or garble a message: NUL ends what(), others move terminals about.
 bool IsControlByte(unsigned char byte) {
@@ -206,27 +189,53 @@ class LineSource {
     std::size_t lineNumber_ = 0;
 };
 
-// Turns the lines of a file into commands and items.
+// Turns the lines of a file, as the scanner classifies them, into commands and items; the first
+// line that breaks the structure ends the reading with a failure.
 //
 // Blank lines inside a multi-line value, trailing ones included, are value lines: the writer puts
 // a value on the lines after its name exactly as it is and the next item or END_ right behind it,
 // so keeping them gives back every value it wrote, an empty one or one ending in a line feed
-// alike; a blank line that a person leaves after a value thus ends the value with a line feed.
-// Comment lines are skipped there too and neither end the value nor add to it. Only a line
-// holding '=' or END_ ends a value, so a name alone right after one is one of its lines.
+// alike. Comment lines are skipped there too and neither end the value nor add to it.
 class ParFileParser {
   public:
     // A parser whose failures name the file so.
     explicit ParFileParser(const std::string& shownPath) : shownPath_(shownPath) {}
 
-    // Takes the next line of the file; the text may be moved away.
-    void Take(std::string& line, std::size_t number) {
-        // Trimming also drops the CR of a CR LF line end.
-        ZentuStringUtil::Trim(line);
-        if (command_) {
-            TakeInsideCommand(line, number);
-        } else {
-            TakeOutsideCommand(line, number);
+    // Takes the next line of the file.
+    void Take(const std::string& line, std::size_t number) {
+        const ZentuParLine scanned = scanner_.Scan(line);
+        const std::string_view name = scanned.Name(line);
+        switch (scanned.kind) {
+            case ZentuParLine::Kind::BLANK:
+            case ZentuParLine::Kind::COMMENT:
+                return;
+            case ZentuParLine::Kind::KEYWORD:
+                command_ = OpenCommand{std::string(name), number, {}};
+                return;
+            case ZentuParLine::Kind::END:
+                CloseCommand();
+                return;
+            case ZentuParLine::Kind::ITEM:
+                CloseValue();
+                command_->items.emplace_back(std::string(name), std::string(scanned.Value(line)),
+                                             number);
+                return;
+            case ZentuParLine::Kind::NAME:
+                CloseValue();
+                value_ = OpenValue{std::string(name), number, {}};
+                return;
+            case ZentuParLine::Kind::VALUE:
+                AddValueLine(name);
+                return;
+            case ZentuParLine::Kind::END_OUTSIDE_COMMAND:
+                Fail(KPL_Failure::Format(Messages::PAR_FILE_END_OUTSIDE_COMMAND, shownPath_.c_str(),
+                                         number));
+            case ZentuParLine::Kind::ITEM_OUTSIDE_COMMAND:
+                Fail(Problem(Messages::PAR_FILE_ITEM_OUTSIDE_COMMAND, number, name));
+            case ZentuParLine::Kind::COMMAND_LINE_NOT_ONE_WORD:
+                Fail(Problem(Messages::PAR_FILE_COMMAND_LINE_NOT_ONE_WORD, number, name));
+            case ZentuParLine::Kind::COMMAND_WORD_NOT_PRINTABLE:
+                Fail(Problem(Messages::PAR_FILE_COMMAND_WORD_NOT_PRINTABLE, number, name));
         }
     }
 
@@ -255,77 +264,19 @@ class ParFileParser {
         bool hasLines = false;
     };
 
-    // Whether a trimmed line is a comment.
-    static bool IsComment(const std::string& line) {
-        return !line.empty() && line.front() == COMMENT_MARK;
-    }
-
-    // Takes a trimmed line between commands, where only a keyword may stand.
-    void TakeOutsideCommand(std::string& line, std::size_t number) {
-        if (line.empty() || IsComment(line)) {
-            return;
-        }
-        if (EqualsIgnoringCase(line, END_LINE)) {
-            Fail(KPL_Failure::Format(Messages::PAR_FILE_END_OUTSIDE_COMMAND, shownPath_.c_str(),
-                                     number));
-        }
-        if (line.find(NAME_VALUE_SEPARATOR) != std::string::npos) {
-            Fail(KPL_Failure::Format(Messages::PAR_FILE_ITEM_OUTSIDE_COMMAND, shownPath_.c_str(),
-                                     number, Excerpt(line).c_str()));
-        }
-        if (line.find_first_of(ZentuUtilitiesTexts::BLANK_CHARACTERS.data(), 0,
-                               ZentuUtilitiesTexts::BLANK_CHARACTERS.size()) != std::string::npos) {
-            Fail(KPL_Failure::Format(Messages::PAR_FILE_COMMAND_LINE_NOT_ONE_WORD,
-                                     shownPath_.c_str(), number, Excerpt(line).c_str()));
-        }
-        // A keyword is written back as a line of text; a control byte in it (a NUL above all)
-        // would not survive that, so the file is refused rather than silently changed.
-        if (std::any_of(line.begin(), line.end(),
-                        [](char c) { return IsControlByte(static_cast<unsigned char>(c)); })) {
-            Fail(KPL_Failure::Format(Messages::PAR_FILE_COMMAND_WORD_NOT_PRINTABLE,
-                                     shownPath_.c_str(), number, Excerpt(line).c_str()));
-        }
-        command_ = OpenCommand{std::move(line), number, {}};
-    }
-
-    // Takes a trimmed line between a keyword and its END_.
-    void TakeInsideCommand(std::string& line, std::size_t number) {
-        if (IsComment(line)) {
-            return;
-        }
-        if (EqualsIgnoringCase(line, END_LINE)) {
-            CloseCommand();
-            return;
-        }
-        const std::size_t separator = line.find(NAME_VALUE_SEPARATOR);
-        if (separator != std::string::npos) {
-            CloseValue();
-            AddItem(line, separator, number);
-        } else if (value_) {
-            AddValueLine(line);
-        } else if (!line.empty()) {
-            value_ = OpenValue{std::move(line), number, {}};
-        }
-    }
-
-    // Adds the item of a line that holds its name before the first '=' and its value after it.
-    void AddItem(std::string& line, std::size_t separator, std::size_t number) {
-        std::string name = line.substr(0, separator);
-        ZentuStringUtil::Trim(name);
-        line.erase(0, separator + 1);
-        ZentuStringUtil::Trim(line);
-        command_->items.emplace_back(std::move(name), std::move(line), number);
+    // The message of a line that breaks the structure, quoting the line.
+    std::string Problem(const char* format, std::size_t number, std::string_view text) const {
+        return KPL_Failure::Format(format, shownPath_.c_str(), number,
+                                   Excerpt(std::string(text)).c_str());
     }
 
     // Appends a line to the value being gathered.
-    void AddValueLine(std::string& line) {
+    void AddValueLine(std::string_view line) {
         if (value_->hasLines) {
             value_->text += LINE_FEED;
-            value_->text += line;
-        } else {
-            value_->text = std::move(line);
-            value_->hasLines = true;
         }
+        value_->text += line;
+        value_->hasLines = true;
     }
 
     // Adds the item whose value was being gathered, if any.
@@ -346,6 +297,7 @@ class ParFileParser {
     }
 
     const std::string& shownPath_;
+    ZentuParScanner scanner_;
     std::vector<ZentuParCommand> commands_;
     std::optional<OpenCommand> command_;
     std::optional<OpenValue> value_;
@@ -354,7 +306,7 @@ class ParFileParser {
 // The value of the first item named ID_NAME, or the empty text.
 std::string IdNameOf(const std::vector<ZentuParSubCommand>& items) {
     const auto found = std::find_if(items.begin(), items.end(), [](const ZentuParSubCommand& item) {
-        return EqualsIgnoringCase(item.GetName(), ID_NAME);
+        return ZentuStringUtil::equals_ignoring_case(item.GetName(), ID_NAME);
     });
     return found != items.end() ? found->retrieveValue() : std::string();
 }

@@ -1,5 +1,6 @@
 #include "ZentuStringUtil.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 #include <iterator>
@@ -69,6 +70,14 @@ std::size_t Split(const std::string& text, const char* separator, std::vector<st
 
 bool is_quoted_str(const std::string& text, char quote) {
     return text.size() >= 2 && text.front() == quote && text.back() == quote;
+}
+
+bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
+    return std::equal(text.begin(), text.end(), capitals.begin(), capitals.end(),
+                      [](char character, char capital) {
+                          return character == capital || (character >= 'a' && character <= 'z' &&
+                                                          character - 'a' + 'A' == capital);
+                      });
 }
 
 std::string String(int value) {

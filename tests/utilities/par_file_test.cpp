@@ -93,6 +93,9 @@ class ParFileTest : public testing::Test {
 TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
     ExpectRenderings({
         {"", ""},
+        // A byte-order mark is skipped before the first line only.
+        {"\xEF\xBB\xBF DV\nEND_\n", "1:DV[]"},
+        {"\xEF\xBB\xBF\n\xEF\xBB\xBF\nEND_\n", "2:\xEF\xBB\xBF[]"},
         {"\n \t\n# comment\n   # indented comment\r\n\r\n", ""},
         {"DV\nEND_\n", "1:DV[]"},
         {"  dv  \n  eNd_ \t\n", "1:dv[]"},
@@ -115,7 +118,12 @@ TEST_F(ParFileTest, GathersTheLinesAfterANameAloneIntoOneValue) {
         {"DV\n  LIST\n  1\n  B = 2\nEND_\n", "1:DV[]{2:LIST=1}{4:B=2}"},
         {"DV\n  FLAG\nEND_\n", "1:DV[]{2:FLAG=}"},
         {"DV\n  FLAG\n  = 2\nEND_\n", "1:DV[]{2:FLAG=}{3:=2}"},
-        {"DV\n  LIST\n  OTHER\n  END_X\nEND_\n", "1:DV[]{2:LIST=OTHER|END_X}"},
+        // After a value line, a single name opens the next item unless that line ends with ','.
+        {"DV\n  LIST\n  OTHER\n  END_X\nEND_\n", "1:DV[]{2:LIST=OTHER}{4:END_X=}"},
+        {"DV\n  E\n  1-10\n  N\n  5\nEND_\n", "1:DV[]{2:E=1-10}{4:N=5}"},
+        {"DV\n  L\n  A,\n  # c\n  B,\n  C\n  D_1\nEND_\n", "1:DV[]{2:L=A,|B,|C}{7:D_1=}"},
+        {"DV\n  L\n  1\n\n  N\n  2\nEND_\n", "1:DV[]{2:L=1|}{5:N=2}"},
+        {"DV\n  L\n  1\n  X Y\n  2x\n  _a\n  x=1\nEND_\n", "1:DV[]{2:L=1|X Y|2x|_a}{7:x=1}"},
         {"DV\n\n  LIST\n  1\nend_\n", "1:DV[]{3:LIST=1}"},
         // Blank lines are value lines, even at either end; comments are skipped.
         {"DV\n  LIST\n  1\n\n  2\nEND_\n", "1:DV[]{2:LIST=1||2}"},
@@ -181,7 +189,7 @@ TEST_F(ParFileTest, RefusesPathsItCannotRead) {
 
 TEST_F(ParFileTest, GivesBackEveryValueAsTheWriterLaysItOut) {
     const std::string values[] = {"",       "\n",  "\n\n", "1-10,\n12",
-                                  "a\n\nb", "a\n", "\na",  "1,3,5,7,9,11,13,15,17,19,\n21-41:2"};
+                                  "1\n\n2", "a\n", "\n1",  "1,3,5,7,9,11,13,15,17,19,\n21-41:2"};
     for (const std::string& value : values) {
         Write("\nDV\n  ID_NAME = D1\n  LIST\n  " + value + "\n  TYPE = X\n  TAIL\n  " + value +
               "\nEND_\n\n\n");
