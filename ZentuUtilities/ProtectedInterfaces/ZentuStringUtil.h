@@ -23,6 +23,23 @@ ZENTU_UTILITIES_API bool is_quoted_str(const std::string& text, char quote);
 // Whether the text equals a word of capitals, comparing the ASCII letters of text in any case.
 ZENTU_UTILITIES_API bool equals_ignoring_case(std::string_view text, std::string_view capitals);
 
+// The text with every byte from 'a' to 'z' before its first NUL raised to upper case. No locale
+// is consulted, so every host gets the same identifiers whatever its locale.
+ZENTU_UTILITIES_API std::string to_upper(std::string text);
+
+// Whether a byte would stop or garble a message: NUL ends a C text, others move terminals about.
+ZENTU_UTILITIES_API bool is_control_byte(unsigned char byte);
+
+// Whether a byte continues a UTF-8 sequence, so that cutting before it would split a character.
+ZENTU_UTILITIES_API bool is_utf8_continuation(unsigned char byte);
+
+// The text with its control bytes written as \xNN, so that a message stays one readable line.
+ZENTU_UTILITIES_API std::string printable(std::string_view text);
+
+// The start of a text as a message quotes it: printable, at most 80 bytes cut at a character
+// boundary and marked "...", so that a binary file or a 100 MB line still gives a short message.
+ZENTU_UTILITIES_API std::string excerpt(std::string_view text);
+
 // The decimal text of an integer.
 ZENTU_UTILITIES_API std::string String(int value);
 

@@ -34,52 +34,6 @@ constexpr std::string_view ID_NAME = "ID_NAME";
 // The line feed that ends a line in the file and joins the lines of a multi-line value.
 constexpr char LINE_FEED = '\n';
 
-// The most bytes of the file that a message quotes; a 100 MB line must not fill the message.
-constexpr std::size_t EXCERPT_LENGTH = 80;
-
-// Marks a quotation cut short.
-constexpr std::string_view EXCERPT_CUT_MARK = "...";
-
-// Whether a byte would stop or garble a message: NUL ends what(), others move terminals about.
-bool IsControlByte(unsigned char byte) {
-    return byte < 0x20 || byte == 0x7F;
-}
-
-// Whether a byte continues a UTF-8 sequence, so that cutting before it would split a character.
-bool IsContinuationByte(unsigned char byte) {
-    return (byte & 0xC0) == 0x80;
-}
-
-// The text with its control bytes written as \xNN, so that a message stays one readable line.
-std::string Printable(std::string_view text) {
-    std::string printable;
-    printable.reserve(text.size());
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (IsControlByte(byte)) {
-            printable += KPL_Failure::Format("\\x%02X", byte);
-        } else {
-            printable += character;
-        }
-    }
-    return printable;
-}
-
-// The start of a text as a message quotes it: printable, cut at a character boundary, so that a
-// binary file or a 100 MB line still yields a short, readable message.
-std::string Excerpt(const std::string& text) {
-    std::size_t length = std::min(text.size(), EXCERPT_LENGTH);
-    while (length < text.size() && length > 0 &&
-           IsContinuationByte(static_cast<unsigned char>(text[length]))) {
-        --length;
-    }
-    std::string excerpt = Printable(std::string_view(text).substr(0, length));
-    if (length < text.size()) {
-        excerpt += EXCERPT_CUT_MARK;
-    }
-    return excerpt;
-}
-
 // Throws the failure that every error of a parameter file ends in.
 [[noreturn]] void Fail(const std::string& message) {
     throw KPL_Failure(message, Messages::PAR_FILE_TAG);
@@ -243,7 +197,8 @@ class ParFileParser {
     std::vector<ZentuParCommand> Finish(std::size_t lastLine) {
         if (command_) {
             Fail(KPL_Failure::Format(Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(),
-                                     lastLine, Excerpt(command_->keyword).c_str(), command_->line));
+                                     lastLine, ZentuStringUtil::excerpt(command_->keyword).c_str(),
+                                     command_->line));
         }
         return std::move(commands_);
     }
@@ -267,7 +222,7 @@ class ParFileParser {
     // The message of a line that breaks the structure, quoting the line.
     std::string Problem(const char* format, std::size_t number, std::string_view text) const {
         return KPL_Failure::Format(format, shownPath_.c_str(), number,
-                                   Excerpt(std::string(text)).c_str());
+                                   ZentuStringUtil::excerpt(text).c_str());
     }
 
     // Appends a line to the value being gathered.
@@ -324,7 +279,7 @@ ZentuParCommand::ZentuParCommand(std::string keyword, std::size_t line,
       items_(std::move(items)) {}
 
 ZentuParFile::ZentuParFile(const std::wstring& path) {
-    const std::string shownPath = Printable(ZentuFileUtil::to_utf8(path));
+    const std::string shownPath = ZentuStringUtil::printable(ZentuFileUtil::to_utf8(path));
     const FileHandle file = OpenForReading(path, shownPath);
     LineSource lines(file.get(), shownPath);
     ParFileParser parser(shownPath);

@@ -28,10 +28,6 @@ bool IsBlank(char character) {
     return ZentuUtilitiesTexts::BLANK_CHARACTERS.find(character) != std::string_view::npos;
 }
 
-bool IsControlByte(unsigned char byte) {
-    return byte < 0x20 || byte == 0x7F;
-}
-
 bool IsLetter(char c) {
     return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
@@ -99,8 +95,9 @@ ZentuParLine ZentuParScanner::ScanOutsideCommand(std::string_view line, std::siz
     }
     // A keyword is written back as a line of text; a control byte in it (a NUL above all) would
     // not survive that, so the file is refused rather than silently changed.
-    if (std::any_of(text.begin(), text.end(),
-                    [](char c) { return IsControlByte(static_cast<unsigned char>(c)); })) {
+    if (std::any_of(text.begin(), text.end(), [](char c) {
+            return ZentuStringUtil::is_control_byte(static_cast<unsigned char>(c));
+        })) {
         return Line(Kind::COMMAND_WORD_NOT_PRINTABLE, begin, end);
     }
     insideCommand_ = true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
 #include <utility>
@@ -13,6 +14,15 @@ namespace {
 
 // Room for the longest shortest-form double, "-2.2250738585072014e-308", and its kin.
 constexpr std::size_t DOUBLE_TEXT_CAPACITY = 32;
+
+// The most bytes of a text that a message quotes; a 100 MB line must not fill the message.
+constexpr std::size_t EXCERPT_LENGTH = 80;
+
+// Marks a quotation cut short.
+constexpr std::string_view EXCERPT_CUT_MARK = "...";
+
+// Room for "\xNN" and its terminating NUL.
+constexpr std::size_t ESCAPE_CAPACITY = 5;
 
 // Room for the decimal text of any int, sign included.
 constexpr std::size_t INT_TEXT_CAPACITY = 16;
@@ -78,6 +88,55 @@ bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
                           return character == capital || (character >= 'a' && character <= 'z' &&
                                                           character - 'a' + 'A' == capital);
                       });
+}
+
+std::string to_upper(std::string text) {
+    for (char& c : text) {
+        if (c == '\0') {
+            break;
+        }
+        if (c >= 'a' && c <= 'z') {
+            c = static_cast<char>(c - ('a' - 'A'));
+        }
+    }
+    return text;
+}
+
+bool is_control_byte(unsigned char byte) {
+    return byte < 0x20 || byte == 0x7F;
+}
+
+bool is_utf8_continuation(unsigned char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+std::string printable(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (is_control_byte(byte)) {
+            char escaped[ESCAPE_CAPACITY];
+            std::snprintf(escaped, sizeof escaped, "\\x%02X", byte);
+            result += escaped;
+        } else {
+            result += character;
+        }
+    }
+    return result;
+}
+
+std::string excerpt(std::string_view text) {
+    std::size_t length = std::min(text.size(), EXCERPT_LENGTH);
+    while (length < text.size() && length > 0 &&
+           is_utf8_continuation(static_cast<unsigned char>(text[length]))) {
+        --length;
+    }
+    std::string quoted = printable(text.substr(0, length));
+    if (length < text.size()) {
+        quoted += EXCERPT_CUT_MARK;
+    }
+    return quoted;
 }
 
 std::string String(int value) {

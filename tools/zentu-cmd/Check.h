@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "ZentuFinding.h"
 #include "ZentuJobSchema.h"
 
 namespace zentu_cmd {
@@ -18,6 +19,9 @@ struct CheckOptions {
 
 // Exit statuses of check.
 enum CheckStatus : int { CHECK_CLEAN = 0, CHECK_WARNINGS = 1, CHECK_ERRORS = 2 };
+
+// Prints a finding as "name:line: severity[code]: message" (an io finding without line).
+void print_finding_text(const std::string& name, const ZentuFinding& finding, std::ostream& out);
 
 // Reads each file with the schema and its rules and prints to out every refused value, every
 // undescribed item and every reference that names no command, each as "path:line: ", then a

@@ -15,4 +15,30 @@ inline constexpr const char* TOO_MANY_BOUND_RULES =
 inline constexpr const char* BOUND_RULE_OUTSIDE_SCOPE =
     "a rule bound from a schema ran outside a read with that schema";
 
+// The structure of a job file; each quotes what it is about.
+inline constexpr const char* END_OUTSIDE_COMMAND = "END_ outside a command";
+inline constexpr const char* ITEM_OUTSIDE_COMMAND = "item line outside a command: '%s'";
+inline constexpr const char* COMMAND_LINE_NOT_ONE_WORD = "a command line must hold one word: '%s'";
+inline constexpr const char* COMMAND_WORD_NOT_PRINTABLE =
+    "a command keyword must not hold control characters: '%s'";
+inline constexpr const char* FILE_ENDS_INSIDE_COMMAND =
+    "the file ends inside command %s opened on line %zu";
+inline constexpr const char* COMMAND_NOT_CLOSED =
+    "command %s opened on line %zu has no END_ before the next command %s";
+// A file that cannot be read (the path, the system's reason).
+inline constexpr const char* FILE_CANNOT_BE_OPENED = "cannot be opened: %s";
+inline constexpr const char* FILE_CANNOT_BE_READ = "cannot be read: %s";
+inline constexpr const char* FILE_IS_A_DIRECTORY = "is a directory";
+
+// Typing and completing a job.
+inline constexpr const char* UNKNOWN_COMMAND = "the schema describes no command '%s'";
+inline constexpr const char* UNKNOWN_ITEM = "Unknown item '%s' found in command %s%s.";
+inline constexpr const char* WITH_ID_NAME = " with ID_NAME ";
+inline constexpr const char* DID_YOU_MEAN = "; did you mean %s?";
+inline constexpr const char* EXPRESSION_NAMES_NO_RESPONSE =
+    "%%%s%% in the expression names no DRESP or OPERATOR command";
+inline constexpr const char* REFERENCE_NAMES_NO_COMMAND = "%s%s: %s '%s' names no command";
+inline constexpr const char* KEYWORD_NOT_UPPER_CASE =
+    "the rules look command keywords up as written, and '%s' is not in upper case: %s";
+
 }  // namespace ZentuJobDocumentMessages

@@ -1,0 +1,60 @@
+#include "ZentuFinding.h"
+
+#include <cstring>
+#include <utility>
+
+namespace {
+
+// Every code with its severity.
+struct CodeSeverity {
+    const char* code;
+    ZentuSeverity severity;
+};
+
+constexpr CodeSeverity kCodes[] = {
+    {ZentuFindingCodes::IO, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::SYNTAX, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::UNKNOWN_COMMAND, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::UNKNOWN_ITEM, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::BAD_VALUE, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::DANGLING_REFERENCE, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::EXPRESSION_SYNTAX, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::EXPRESSION_UNSUPPORTED, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::EXPRESSION_MISMATCH, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::DUPLICATE_IDENTIFIER, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::DUPLICATE_ITEM, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::KEYWORD_CASE, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::INTEGER_LIST, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::MISSING_ITEM, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::OUT_OF_RANGE, ZentuSeverity::ERROR},
+    {ZentuFindingCodes::UNUSED_COMMAND, ZentuSeverity::WARNING},
+};
+
+}  // namespace
+
+const char* zentu_severity_name(ZentuSeverity severity) {
+    switch (severity) {
+        case ZentuSeverity::ERROR:
+            return "error";
+        case ZentuSeverity::WARNING:
+            return "warning";
+        case ZentuSeverity::NOTE:
+            return "note";
+    }
+    return "error";
+}
+
+ZentuSeverity ZentuFindingCodes::severity_of(const std::string& code) {
+    for (const CodeSeverity& entry : kCodes) {
+        if (code == entry.code) {
+            return entry.severity;
+        }
+    }
+    return ZentuSeverity::ERROR;
+}
+
+ZentuFinding zentu_finding(const char* code, std::string message, const ZentuTextRange& range,
+                           std::optional<std::string> suggestion) {
+    return ZentuFinding{ZentuFindingCodes::severity_of(code), code, std::move(message), range,
+                        std::move(suggestion)};
+}

@@ -1,0 +1,285 @@
+#include "ZentuJobDocument.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+#include "KPL_Failure.h"
+#include "ZentuFileUtil.h"
+#include "ZentuJobDocumentMessages.h"
+#include "ZentuStringUtil.h"
+
+namespace Messages = ZentuJobDocumentMessages;
+using Kind = ZentuParLine::Kind;
+
+namespace {
+
+// The item whose value identifies a command, compared in any case.
+constexpr std::string_view ID_NAME = "ID_NAME";
+
+// The UTF-8 byte-order mark, which the scanner skips and columns do not count.
+constexpr std::string_view BYTE_ORDER_MARK = "\xEF\xBB\xBF";
+
+// Bytes read from a file at a time.
+constexpr std::size_t CHUNK_SIZE = std::size_t{1} << 16;
+
+// Closes a file however reading ends.
+struct FileCloser {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+std::string SystemReason(int error) {
+    return std::generic_category().message(error);
+}
+
+}  // namespace
+
+const std::string& ZentuDocumentCommand::IdName() const {
+    static const std::string none;
+    const auto found = std::find_if(items.begin(), items.end(), [](const ZentuDocumentItem& item) {
+        return ZentuStringUtil::equals_ignoring_case(item.name, ID_NAME);
+    });
+    return found != items.end() ? found->value : none;
+}
+
+// Builds a document line by line on the shared scanner, recovering from every problem.
+class ZentuJobDocumentReader {
+  public:
+    ZentuJobDocumentReader(ZentuJobDocument& document,
+                           const ZentuJobDocument::KeywordTest& startsCommand)
+        : document_(document), startsCommand_(startsCommand) {}
+
+    // Splits the text into lines and takes each; a last line without line feed counts, an
+    // empty text after the last line feed does not.
+    void Read() {
+        const std::string& text = document_.text_;
+        for (std::size_t begin = 0; begin < text.size();) {
+            const std::size_t feed = text.find('\n', begin);
+            const std::size_t end = feed == std::string::npos ? text.size() : feed;
+            document_.lines_.push_back(ZentuDocumentLine{begin, end, {}, NONE, NONE});
+            Take(document_.lines_.size());
+            begin = end + 1;
+        }
+        Finish();
+    }
+
+  private:
+    static constexpr std::size_t NONE = ZentuDocumentLine::NONE;
+
+    void Take(std::size_t number) {
+        ZentuDocumentLine& line = document_.lines_[number - 1];
+        const std::string_view text = document_.LineText(number);
+        line.scanned = scanner_.Scan(text);
+        if (line.scanned.kind == Kind::NAME && StartsCommand(line.scanned.Name(text))) {
+            ReportUnclosed(line.scanned.Name(text));
+            scanner_.CloseCommand();
+            line.scanned = scanner_.Scan(text);
+        }
+        const ZentuParLine& scanned = line.scanned;
+        switch (scanned.kind) {
+            case Kind::KEYWORD:
+                OpenCommand(number, scanned);
+                break;
+            case Kind::ITEM:
+            case Kind::NAME:
+                AddItem(number, scanned);
+                break;
+            case Kind::VALUE:
+                AddValueLine(number, scanned);
+                break;
+            case Kind::END:
+                Command().end_line = number;
+                break;
+            case Kind::BLANK:
+            case Kind::COMMENT:
+                break;
+            case Kind::END_OUTSIDE_COMMAND:
+                Report(number, scanned, Messages::END_OUTSIDE_COMMAND);
+                break;
+            case Kind::ITEM_OUTSIDE_COMMAND:
+                Report(number, scanned, Messages::ITEM_OUTSIDE_COMMAND);
+                break;
+            case Kind::COMMAND_LINE_NOT_ONE_WORD:
+                Report(number, scanned, Messages::COMMAND_LINE_NOT_ONE_WORD);
+                break;
+            case Kind::COMMAND_WORD_NOT_PRINTABLE:
+                Report(number, scanned, Messages::COMMAND_WORD_NOT_PRINTABLE);
+                break;
+        }
+        Place(line);
+        if (scanned.kind == Kind::END) {
+            openCommand_ = NONE;
+        }
+    }
+
+    // Whether a name alone inside the open command starts the next command.
+    bool StartsCommand(std::string_view name) const {
+        return startsCommand_ && openCommand_ != NONE && startsCommand_(name, Command().keyword);
+    }
+
+    ZentuDocumentCommand& Command() { return document_.commands_[openCommand_]; }
+    const ZentuDocumentCommand& Command() const { return document_.commands_[openCommand_]; }
+
+    // Records which command and item a line belongs to.
+    void Place(ZentuDocumentLine& line) const {
+        line.command = openCommand_;
+        const bool ofItem = line.scanned.kind == Kind::ITEM || line.scanned.kind == Kind::NAME ||
+                            line.scanned.kind == Kind::VALUE ||
+                            (scanner_.InsideValue() && line.scanned.kind == Kind::COMMENT);
+        line.item = ofItem && openCommand_ != NONE ? Command().items.size() - 1 : NONE;
+    }
+
+    void OpenCommand(std::size_t number, const ZentuParLine& scanned) {
+        const std::string_view text = document_.LineText(number);
+        ZentuDocumentCommand command;
+        command.keyword = std::string(scanned.Name(text));
+        command.line = number;
+        command.keyword_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        document_.commands_.push_back(std::move(command));
+        openCommand_ = document_.commands_.size() - 1;
+    }
+
+    void AddItem(std::size_t number, const ZentuParLine& scanned) {
+        const std::string_view text = document_.LineText(number);
+        ZentuDocumentItem item;
+        item.name = std::string(scanned.Name(text));
+        item.name_alone = scanned.kind == Kind::NAME;
+        item.line = number;
+        item.last_line = number;
+        item.name_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        if (item.name_alone) {
+            item.value_range = document_.RangeOf(number, scanned.nameEnd, scanned.nameEnd);
+        } else {
+            item.value = std::string(scanned.Value(text));
+            item.value_range = document_.RangeOf(number, scanned.valueBegin, scanned.valueEnd);
+        }
+        Command().items.push_back(std::move(item));
+        valueHasLines_ = false;
+    }
+
+    void AddValueLine(std::size_t number, const ZentuParLine& scanned) {
+        ZentuDocumentItem& item = Command().items.back();
+        const ZentuTextRange range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        if (valueHasLines_) {
+            item.value += '\n';
+        } else {
+            item.value_range.line = range.line;
+            item.value_range.column = range.column;
+        }
+        item.value += scanned.Name(document_.LineText(number));
+        item.value_range.end_line = range.end_line;
+        item.value_range.end_column = range.end_column;
+        item.last_line = number;
+        valueHasLines_ = true;
+    }
+
+    // A line that breaks the structure outside a command, quoted.
+    void Report(std::size_t number, const ZentuParLine& scanned, const char* format) {
+        const std::string quoted =
+            ZentuStringUtil::excerpt(scanned.Name(document_.LineText(number)));
+        document_.findings_.push_back(
+            zentu_finding(ZentuFindingCodes::SYNTAX, KPL_Failure::Format(format, quoted.c_str()),
+                          document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd)));
+    }
+
+    void ReportUnclosed(std::string_view nextKeyword) {
+        const ZentuDocumentCommand& command = Command();
+        document_.findings_.push_back(zentu_finding(
+            ZentuFindingCodes::SYNTAX,
+            KPL_Failure::Format(Messages::COMMAND_NOT_CLOSED,
+                                ZentuStringUtil::excerpt(command.keyword).c_str(), command.line,
+                                ZentuStringUtil::excerpt(nextKeyword).c_str()),
+            command.keyword_range));
+    }
+
+    // A file that ends inside a command is reported at the end of its last line.
+    void Finish() {
+        if (!scanner_.InsideCommand() || openCommand_ == NONE) {
+            return;
+        }
+        const ZentuDocumentCommand& command = Command();
+        const std::size_t last = document_.lines_.size();
+        const std::size_t end = document_.LineText(last).size();
+        document_.findings_.push_back(zentu_finding(
+            ZentuFindingCodes::SYNTAX,
+            KPL_Failure::Format(Messages::FILE_ENDS_INSIDE_COMMAND,
+                                ZentuStringUtil::excerpt(command.keyword).c_str(), command.line),
+            document_.RangeOf(last, end, end)));
+    }
+
+    ZentuJobDocument& document_;
+    const ZentuJobDocument::KeywordTest& startsCommand_;
+    ZentuParScanner scanner_;
+    std::size_t openCommand_ = NONE;
+    bool valueHasLines_ = false;
+};
+
+ZentuJobDocument ZentuJobDocument::FromText(std::string text, std::string path,
+                                            const KeywordTest& startsCommand) {
+    ZentuJobDocument document;
+    document.path_ = std::move(path);
+    document.text_ = std::move(text);
+    ZentuJobDocumentReader(document, startsCommand).Read();
+    return document;
+}
+
+ZentuJobDocument ZentuJobDocument::FromFile(const std::string& path,
+                                            const KeywordTest& startsCommand) {
+    errno = 0;
+    const std::unique_ptr<std::FILE, FileCloser> file(
+        ZentuFileUtil::wfopen(ZentuFileUtil::from_utf8(path), L"rb"));
+    std::string problem;
+    std::string text;
+    if (!file) {
+        problem = KPL_Failure::Format(Messages::FILE_CANNOT_BE_OPENED, SystemReason(errno).c_str());
+    } else {
+        std::vector<char> chunk(CHUNK_SIZE);
+        std::size_t read = 0;
+        errno = 0;
+        while ((read = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0) {
+            text.append(chunk.data(), read);
+        }
+        if (std::ferror(file.get()) != 0) {
+            problem = errno == EISDIR ? std::string(Messages::FILE_IS_A_DIRECTORY)
+                                      : KPL_Failure::Format(Messages::FILE_CANNOT_BE_READ,
+                                                            SystemReason(errno).c_str());
+        }
+    }
+    if (!problem.empty()) {
+        ZentuJobDocument document;
+        document.path_ = path;
+        document.findings_.push_back(zentu_finding(ZentuFindingCodes::IO, problem, {}));
+        return document;
+    }
+    return FromText(std::move(text), path, startsCommand);
+}
+
+std::string_view ZentuJobDocument::LineText(std::size_t number) const {
+    const ZentuDocumentLine& line = lines_[number - 1];
+    return std::string_view(text_).substr(line.begin, line.end - line.begin);
+}
+
+bool ZentuJobDocument::HasErrors() const {
+    return std::any_of(findings_.begin(), findings_.end(), [](const ZentuFinding& finding) {
+        return finding.severity == ZentuSeverity::ERROR;
+    });
+}
+
+std::size_t ZentuJobDocument::ColumnOf(std::size_t number, std::size_t offset) const {
+    std::string_view text = LineText(number).substr(0, offset);
+    if (number == 1 && text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
+        text.remove_prefix(BYTE_ORDER_MARK.size());
+    }
+    return 1 + static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+               return !ZentuStringUtil::is_utf8_continuation(static_cast<unsigned char>(c));
+           }));
+}
+
+ZentuTextRange ZentuJobDocument::RangeOf(std::size_t number, std::size_t begin,
+                                         std::size_t end) const {
+    return ZentuTextRange{number, ColumnOf(number, begin), number, ColumnOf(number, end)};
+}

@@ -1,0 +1,405 @@
+#include "ZentuTypedJob.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "KPL_Failure.h"
+#include "ZentuCmd.h"
+#include "ZentuCmdContainerRules.h"
+#include "ZentuCmdItem.h"
+#include "ZentuCmdItemFactory.h"
+#include "ZentuCmdMetaData.h"
+#include "ZentuDrespExpressionParser.h"
+#include "ZentuJobDocumentMessages.h"
+#include "ZentuMathExpressions.h"
+#include "ZentuStringUtil.h"
+#include "ZentuSuggestion.h"
+
+namespace Messages = ZentuJobDocumentMessages;
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
+
+namespace {
+
+// The reference mark around an identifier in an expression.
+constexpr char REFERENCE_MARK = '%';
+
+// The failure that the rule engine raises for a command whose keyword it cannot find.
+constexpr const char* MISSING_CONFIGURATION_ID = "202810221842";
+
+std::string identifier_of(const ZentuCmd& command) {
+    return command.HasItem(CmdItem::ID_NAME, 0) ? command.Item(CmdItem::ID_NAME, 0).GetString()
+                                                : std::string();
+}
+
+// A message on one line: the library's keyword refusal spans three, and tools that read findings
+// expect one per line.
+std::string one_line(const std::string& message) {
+    std::string line;
+    for (char c : message) {
+        const char written = c == '\n' ? ' ' : c;
+        if (!(written == ' ' && !line.empty() && line.back() == ' ')) {
+            line += written;
+        }
+    }
+    return line;
+}
+
+// "; did you mean X?" with X quoted, or nothing when nothing is close.
+std::string did_you_mean(const std::string& meant, const std::string& quote) {
+    return meant.empty()
+               ? std::string()
+               : KPL_Failure::Format(Messages::DID_YOU_MEAN, (quote + meant + quote).c_str());
+}
+
+std::optional<std::string> suggestion_of(const std::string& meant) {
+    return meant.empty() ? std::nullopt : std::optional<std::string>(meant);
+}
+
+bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
+    return std::tie(a.range.line, a.range.column) < std::tie(b.range.line, b.range.column);
+}
+
+}  // namespace
+
+// Types one document into its container, mirroring what the parameter-file reader does, and
+// reports every problem instead of stopping at the first.
+class ZentuTypedJobReader {
+  public:
+    ZentuTypedJobReader(ZentuTypedJob& job, const ZentuJobSchema& schema,
+                        ZentuCompletion completion)
+        : job_(job), config_(schema.BuildConfig(completion)), schema_(schema) {}
+
+    void Read(ZentuCompletion completion) {
+        const auto& commands = job_.document_.Commands();
+        for (std::size_t index = 0; index < commands.size(); ++index) {
+            ReadCommand(index);
+        }
+        const bool readable = std::none_of(
+            job_.document_.Findings().begin(), job_.document_.Findings().end(),
+            [](const ZentuFinding& finding) { return finding.code == ZentuFindingCodes::IO; });
+        if (completion == ZentuCompletion::FULL && readable) {
+            CheckExpressions();
+            Complete();
+            TraceGeneratedCommands();
+            CheckReferences();
+        }
+        job_.findings_.insert(job_.findings_.begin(), job_.document_.Findings().begin(),
+                              job_.document_.Findings().end());
+        std::stable_sort(job_.findings_.begin(), job_.findings_.end(), precedes);
+    }
+
+  private:
+    const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
+        return job_.document_.Commands()[index];
+    }
+
+    void Report(const char* code, std::string message, const ZentuTextRange& range,
+                const std::string& suggestion = {}) {
+        job_.findings_.push_back(
+            zentu_finding(code, one_line(message), range, suggestion_of(suggestion)));
+    }
+
+    void ReadCommand(std::size_t index) {
+        const ZentuDocumentCommand& parsed = DocumentCommand(index);
+        const auto found = config_.cmd_metadata.find(ZentuStringUtil::to_upper(parsed.keyword));
+        if (found == config_.cmd_metadata.end()) {
+            ReportUnknownCommand(parsed);
+        }
+        const ZentuCmdMetaData& description =
+            found == config_.cmd_metadata.end() ? unknownCommand_ : found->second;
+        ZentuCmd& command = job_.container_.CreateCommand(description.GetKey(), parsed.keyword);
+        job_.commandOrigins_[&command] = ZentuOrigin{index, ZentuOrigin::NONE};
+        for (std::size_t item = 0; item < parsed.items.size(); ++item) {
+            ReadItem(index, item, description, command);
+        }
+        ZentuCmdContainerRules::add_default_valued_items(command, description, config_.enum_map);
+    }
+
+    void ReportUnknownCommand(const ZentuDocumentCommand& parsed) {
+        std::vector<std::string> keywords;
+        for (const ZentuCommandSchema& command : schema_.commands) {
+            keywords.push_back(command.keyword);
+        }
+        std::sort(keywords.begin(), keywords.end());
+        const std::string meant = ZentuSuggestion::closest(parsed.keyword, keywords);
+        Report(ZentuFindingCodes::UNKNOWN_COMMAND,
+               KPL_Failure::Format(Messages::UNKNOWN_COMMAND, parsed.keyword.c_str()) +
+                   did_you_mean(meant, "'"),
+               parsed.keyword_range, meant);
+    }
+
+    void ReadItem(std::size_t commandIndex, std::size_t itemIndex,
+                  const ZentuCmdMetaData& description, ZentuCmd& command) {
+        const ZentuDocumentCommand& parsed = DocumentCommand(commandIndex);
+        const ZentuDocumentItem& written = parsed.items[itemIndex];
+        const std::string name = ZentuStringUtil::to_upper(written.name);
+        const auto found = description.GetMetaData().find(name);
+        if (found == description.GetMetaData().end()) {
+            if (!name.empty()) {
+                ReportUnknownItem(parsed, written, name, description);
+            }
+            return;
+        }
+        try {
+            std::unique_ptr<ZentuCmdItem> item =
+                ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
+            job_.itemOrigins_[item.get()] = ZentuOrigin{commandIndex, itemIndex};
+            if (found->second.type == DataType::REFERENCE) {
+                references_.insert(item.get());
+            }
+            command.AddItem(found->second.key, std::move(item));
+        } catch (const KPL_Exception& refusal) {
+            Report(ZentuFindingCodes::BAD_VALUE, refusal.GetMessage(), written.value_range);
+        }
+    }
+
+    void ReportUnknownItem(const ZentuDocumentCommand& parsed, const ZentuDocumentItem& written,
+                           const std::string& name, const ZentuCmdMetaData& description) {
+        std::vector<std::string> names;
+        for (const auto& entry : description.GetMetaData()) {
+            names.push_back(entry.first);
+        }
+        const std::string meant = ZentuSuggestion::closest(name, names);
+        const std::string withId =
+            parsed.IdName().empty() ? std::string() : Messages::WITH_ID_NAME + parsed.IdName();
+        Report(ZentuFindingCodes::UNKNOWN_ITEM,
+               KPL_Failure::Format(Messages::UNKNOWN_ITEM, name.c_str(), parsed.keyword.c_str(),
+                                   withId.c_str()) +
+                   did_you_mean(meant, "'"),
+               written.name_range, meant);
+    }
+
+    // Expressions are checked here, where their place is known, before the expression rule
+    // meets them; a faulty one is taken out, so that the rule still expands the others and
+    // every fault of the file is reported in one run.
+    void CheckExpressions() {
+        ZentuCmdContainer& container = job_.container_;
+        const auto setup = ZentuDrespExpressionParser::create_token_setup(container);
+        const std::unordered_set<std::string> responses = ResponseIdentifiers();
+        for (std::size_t i = 0; i < container.GetNumberOfCommands(Cmd::OPERATOR); ++i) {
+            ZentuCmd& command = container.GetCommand(Cmd::OPERATOR, i);
+            if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
+                !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
+                continue;
+            }
+            const ZentuCmdItem& expression = command.Item(CmdItem::ADD_FILE, 0);
+            if (CheckExpression(command, expression, setup, responses)) {
+                command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
+            }
+        }
+    }
+
+    // Reports the expression's first problem: a reference that names no response, with the
+    // identifier probably meant, else the tokenizer's refusal. Returns whether there was one.
+    bool CheckExpression(const ZentuCmd& command, const ZentuCmdItem& expression,
+                         const std::vector<ZentuMathExpressions::TokenDescription>& setup,
+                         const std::unordered_set<std::string>& responses) {
+        const std::string& text = expression.GetString();
+        const ZentuOrigin origin = job_.OriginOf(command, expression);
+        for (std::size_t open = text.find(REFERENCE_MARK); open != std::string::npos;) {
+            const std::size_t close = text.find(REFERENCE_MARK, open + 1);
+            if (close == std::string::npos) {
+                break;
+            }
+            const std::string name = text.substr(open + 1, close - open - 1);
+            if (responses.count(ZentuStringUtil::to_upper(name)) == 0) {
+                const std::string meant = ClosestIdentifier(name);
+                Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
+                       KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE, name.c_str()) +
+                           did_you_mean(meant, "%"),
+                       ValueRange(origin, open, close + 1),
+                       meant.empty() ? meant : REFERENCE_MARK + meant + REFERENCE_MARK);
+                return true;
+            }
+            open = text.find(REFERENCE_MARK, close + 1);
+        }
+        try {
+            ZentuMathExpressions::create_expression(text, setup);
+        } catch (const KPL_Exception& refusal) {
+            Report(ZentuFindingCodes::EXPRESSION_SYNTAX, refusal.GetMessage(),
+                   ValueRange(origin, 0, text.size()));
+            return true;
+        }
+        return false;
+    }
+
+    // The range of bytes [begin, end) of an item's value; the whole value where it spans lines.
+    ZentuTextRange ValueRange(const ZentuOrigin& origin, std::size_t begin, std::size_t end) const {
+        if (origin.item == ZentuOrigin::NONE) {
+            return CommandRange(origin);
+        }
+        const ZentuDocumentItem& item = DocumentCommand(origin.command).items[origin.item];
+        if (item.name_alone) {
+            return item.value_range;
+        }
+        const std::string_view line = job_.document_.LineText(item.line);
+        const std::size_t valueStart = line.find(item.value, line.find('=') + 1);
+        return job_.document_.RangeOf(item.line, valueStart + begin,
+                                      valueStart + std::min(end, item.value.size()));
+    }
+
+    // The keyword of the command of an origin, or the file's start when it has none.
+    ZentuTextRange CommandRange(const ZentuOrigin& origin) const {
+        return origin.command == ZentuOrigin::NONE ? ZentuTextRange{}
+                                                   : DocumentCommand(origin.command).keyword_range;
+    }
+
+    std::unordered_set<std::string> ResponseIdentifiers() const {
+        std::unordered_set<std::string> identifiers;
+        for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
+            for (const auto& command : job_.container_.GetCommands(kind)) {
+                identifiers.insert(identifier_of(*command));
+            }
+        }
+        return identifiers;
+    }
+
+    std::string ClosestIdentifier(const std::string& text) const {
+        std::vector<std::string> identifiers;
+        for (const ZentuCmd& command : job_.container_) {
+            identifiers.push_back(identifier_of(command));
+        }
+        return ZentuSuggestion::closest(text, identifiers);
+    }
+
+    void Complete() {
+        try {
+            ZentuCmdContainerRules::create_default_commands(job_.container_, config_.cmd_metadata,
+                                                            config_.enum_map);
+            job_.container_.CreateReferences();
+            const ZentuBoundRules::Scope rules(schema_.BoundRules());
+            ZentuCmdContainerRules::apply_rules(job_.container_, config_);
+        } catch (const KPL_Exception& failure) {
+            ReportRuleFailure(failure);
+        }
+    }
+
+    // The rule engine fails on a command whose keyword, as written, no description carries: a
+    // keyword in lower case that the reader itself found.
+    void ReportRuleFailure(const KPL_Exception& failure) {
+        if (failure.GetId() == MISSING_CONFIGURATION_ID) {
+            for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
+                const std::string upper = ZentuStringUtil::to_upper(command.keyword);
+                if (upper != command.keyword && config_.cmd_metadata.count(upper) != 0) {
+                    Report(
+                        ZentuFindingCodes::KEYWORD_CASE,
+                        KPL_Failure::Format(Messages::KEYWORD_NOT_UPPER_CASE,
+                                            command.keyword.c_str(), failure.GetMessage().c_str()),
+                        command.keyword_range, upper);
+                    return;
+                }
+            }
+        }
+        Report(ZentuFindingCodes::EXPRESSION_SYNTAX, failure.GetMessage(), ZentuTextRange{});
+    }
+
+    // Commands that rules generated take the origin of the first traced command that refers to
+    // them, so that what is said about them points at what made them.
+    void TraceGeneratedCommands() {
+        std::vector<const ZentuCmd*> traced;
+        for (const ZentuCmd& command : job_.container_) {
+            if (job_.commandOrigins_.count(&command) != 0) {
+                traced.push_back(&command);
+            }
+        }
+        for (std::size_t next = 0; next < traced.size(); ++next) {
+            const ZentuCmd& command = *traced[next];
+            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                    const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
+                    if (target != nullptr && job_.commandOrigins_.count(target) == 0) {
+                        job_.commandOrigins_[target] = job_.OriginOf(command, *item);
+                        traced.push_back(target);
+                    }
+                }
+            }
+        }
+    }
+
+    void CheckReferences() {
+        for (const ZentuCmd& command : job_.container_) {
+            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                    CheckReference(command, *item);
+                }
+            }
+        }
+    }
+
+    void CheckReference(const ZentuCmd& command, const ZentuCmdItem& item) {
+        if (references_.count(&item) == 0) {
+            return;
+        }
+        if (item.HasReference()) {
+            ++job_.resolved_;
+            return;
+        }
+        ++job_.unresolved_;
+        const std::string identifier = identifier_of(command);
+        const std::string meant = ClosestIdentifier(item.GetString());
+        const ZentuOrigin origin = job_.OriginOf(command, item);
+        Report(ZentuFindingCodes::DANGLING_REFERENCE,
+               KPL_Failure::Format(Messages::REFERENCE_NAMES_NO_COMMAND, command.GetName().c_str(),
+                                   identifier.empty() ? "" : (" '" + identifier + "'").c_str(),
+                                   item.GetName().c_str(), item.GetString().c_str()) +
+                   did_you_mean(meant, "'"),
+               DocumentCommand(origin.command).items[origin.item].value_range, meant);
+    }
+
+    ZentuTypedJob& job_;
+    const ZentuCmdIoConfig config_;
+    const ZentuJobSchema& schema_;
+    const ZentuCmdMetaData unknownCommand_;
+    // The reference items read from the file, which CheckReferences judges.
+    std::unordered_set<const ZentuCmdItem*> references_;
+};
+
+ZentuTypedJob::ZentuTypedJob(ZentuJobDocument document, const ZentuJobSchema& schema,
+                             ZentuCompletion completion)
+    : document_(std::move(document)) {
+    ZentuTypedJobReader(*this, schema, completion).Read(completion);
+}
+
+ZentuTypedJob ZentuTypedJob::ReadFile(const std::string& path, const ZentuJobSchema& schema,
+                                      ZentuCompletion completion) {
+    return ZentuTypedJob(ZentuJobDocument::FromFile(path, KeywordTestOf(schema)), schema,
+                         completion);
+}
+
+ZentuTypedJob ZentuTypedJob::ReadText(std::string text, const std::string& path,
+                                      const ZentuJobSchema& schema, ZentuCompletion completion) {
+    return ZentuTypedJob(ZentuJobDocument::FromText(std::move(text), path, KeywordTestOf(schema)),
+                         schema, completion);
+}
+
+ZentuJobDocument::KeywordTest ZentuTypedJob::KeywordTestOf(const ZentuJobSchema& schema) {
+    return [&schema](std::string_view name, std::string_view openKeyword) {
+        const std::string upper = ZentuStringUtil::to_upper(std::string(name));
+        if (schema.FindCommand(upper) == nullptr) {
+            return false;
+        }
+        const ZentuCommandSchema* open =
+            schema.FindCommand(ZentuStringUtil::to_upper(std::string(openKeyword)));
+        return open == nullptr || open->FindItem(upper) == nullptr;
+    };
+}
+
+bool ZentuTypedJob::HasErrors() const {
+    return std::any_of(findings_.begin(), findings_.end(), [](const ZentuFinding& finding) {
+        return finding.severity == ZentuSeverity::ERROR;
+    });
+}
+
+ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
+    const auto found = commandOrigins_.find(&command);
+    return found == commandOrigins_.end() ? ZentuOrigin{} : found->second;
+}
+
+ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
+    const auto found = itemOrigins_.find(&item);
+    return found != itemOrigins_.end() ? found->second
+                                       : ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
+}

@@ -1,0 +1,60 @@
+#include "Inputs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iostream>
+#include <iterator>
+#include <system_error>
+
+namespace fs = std::filesystem;
+
+namespace zentu_cmd {
+
+namespace {
+
+// The extension of job files that a directory argument stands for.
+constexpr const char* JOB_EXTENSION = ".par";
+
+std::vector<std::string> job_files_below(const std::string& directory) {
+    std::vector<std::string> files;
+    std::error_code error;
+    for (fs::recursive_directory_iterator entry(directory, error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->is_regular_file(error) && entry->path().extension() == JOB_EXTENSION) {
+            files.push_back(entry->path().generic_string());
+        }
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+}  // namespace
+
+std::vector<std::string> expand_inputs(const std::vector<std::string>& arguments) {
+    std::vector<std::string> inputs;
+    for (const std::string& argument : arguments) {
+        std::error_code error;
+        if (argument != STDIN_ARGUMENT && fs::is_directory(argument, error)) {
+            const std::vector<std::string> below = job_files_below(argument);
+            inputs.insert(inputs.end(), below.begin(), below.end());
+        } else {
+            inputs.push_back(argument);
+        }
+    }
+    return inputs;
+}
+
+ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
+                         ZentuCompletion completion) {
+    if (input != STDIN_ARGUMENT) {
+        return ZentuTypedJob::ReadFile(input, schema, completion);
+    }
+    std::string text(std::istreambuf_iterator<char>(std::cin), {});
+    return ZentuTypedJob::ReadText(std::move(text), STDIN_NAME, schema, completion);
+}
+
+std::string input_name(const std::string& input) {
+    return input == STDIN_ARGUMENT ? STDIN_NAME : input;
+}
+
+}  // namespace zentu_cmd

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "ZentuJobSchema.h"
+#include "ZentuTypedJob.h"
+
+namespace zentu_cmd {
+
+// The argument that stands for standard input, and the name findings give it.
+inline constexpr const char* STDIN_ARGUMENT = "-";
+inline constexpr const char* STDIN_NAME = "<stdin>";
+
+// The job files that command-line arguments name: a file as given, a directory as every *.par
+// file below it (sorted), "-" as standard input.
+std::vector<std::string> expand_inputs(const std::vector<std::string>& arguments);
+
+// Reads one input ("-" for standard input) with the schema, completed as asked.
+ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
+                         ZentuCompletion completion);
+
+// The name of an input in findings: the path as given, or "<stdin>".
+std::string input_name(const std::string& input);
+
+}  // namespace zentu_cmd
