@@ -1,5 +1,6 @@
 #include "Check.h"
 
+#include <iostream>
 #include <map>
 #include <ostream>
 
@@ -63,22 +64,33 @@ void print_finding_text(const std::string& name, const ZentuFinding& finding, st
         << "]: " << finding.message << "\n";
 }
 
-int run_check(const std::vector<std::string>& files, const ZentuJobSchema& schema,
-              const CheckOptions& options, std::ostream& out) {
+CheckCommand::CheckCommand(CLI::App& app)
+    : Subcommand(app.add_subcommand(
+          "check", "Read each file with the schema and its rules and report every problem")) {
+    command_
+        ->add_option("FILE", files_,
+                     "The job files to check (directories: every *.par below "
+                     "them; - for standard input)")
+        ->required();
+    command_->add_flag("--strict", strict_, "Exit with status 1 when there are warnings");
+}
+
+int CheckCommand::Run(const RunContext& context) {
+    std::ostream& out = std::cout;
     int status = CHECK_CLEAN;
-    for (const std::string& input : expand_inputs(files)) {
-        const ZentuTypedJob job = read_input(input, schema, ZentuCompletion::FULL);
+    for (const std::string& input : expand_inputs(files_)) {
+        const ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::FULL);
         const std::string name = input_name(input);
         for (const ZentuFinding& finding : job.Findings()) {
             print_finding_text(name, finding, out);
         }
         const FileCounts counts = count(job.Findings());
-        if (!options.quiet) {
+        if (!context.quiet) {
             print_summary(name, job, counts, out);
         }
         if (counts.errors > 0) {
             status = CHECK_ERRORS;
-        } else if (counts.warnings > 0 && options.strict && status == CHECK_CLEAN) {
+        } else if (counts.warnings > 0 && strict_ && status == CHECK_CLEAN) {
             status = CHECK_WARNINGS;
         }
     }

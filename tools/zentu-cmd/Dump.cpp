@@ -1,5 +1,9 @@
 #include "Dump.h"
 
+#include <iostream>
+
+#include "JobFiles.h"
+
 #include "ZentuCmd.h"
 #include "ZentuCmdItem.h"
 
@@ -83,6 +87,17 @@ json dump_container(const ZentuCmdContainer& container) {
              {"items", items}});
     }
     return {{"commands", commands}};
+}
+
+DumpCommand::DumpCommand(CLI::App& app)
+    : Subcommand(app.add_subcommand("dump", "Print the completed job as JSON")) {
+    command_->add_option("FILE", input_, "The job file to read")->required();
+}
+
+int DumpCommand::Run(const RunContext& context) {
+    std::cout << dump_container(read_job(input_, context.schema, ZentuCompletion::FULL)).dump(2)
+              << "\n";
+    return 0;
 }
 
 }  // namespace zentu_cmd

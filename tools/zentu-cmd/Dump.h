@@ -2,6 +2,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Subcommand.h"
 #include "ZentuCmdContainer.h"
 
 namespace zentu_cmd {
@@ -10,5 +11,15 @@ namespace zentu_cmd {
 // and their items with name, kind, text, every typed reading they have, and the identifier of
 // the command they refer to.
 nlohmann::ordered_json dump_container(const ZentuCmdContainer& container);
+
+// `dump`: prints the completed job as JSON.
+class DumpCommand : public Subcommand {
+  public:
+    explicit DumpCommand(CLI::App& app);
+    int Run(const RunContext& context) override;
+
+  private:
+    std::string input_;
+};
 
 }  // namespace zentu_cmd
