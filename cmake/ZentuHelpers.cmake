@@ -39,5 +39,10 @@ function(zentu_add_shared_library name)
         VISIBILITY_INLINES_HIDDEN ON
         VERSION ${PROJECT_VERSION}
         SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    # The libraries are installed side by side; each finds the ones it depends on beside itself,
+    # also for a program that does not name them itself.
+    if(NOT APPLE AND NOT WIN32)
+        set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
+    endif()
     zentu_target_warnings(${name})
 endfunction()

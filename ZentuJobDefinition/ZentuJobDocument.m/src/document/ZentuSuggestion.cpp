@@ -7,21 +7,26 @@
 
 namespace {
 
+// Edits (insert, delete, replace, swap two neighbours) that turn a into b: a swap is the most
+// common slip of a typing hand, so it counts as one.
 std::size_t edit_distance(const std::string& a, const std::string& b) {
-    std::vector<std::size_t> previous(b.size() + 1);
-    std::vector<std::size_t> current(b.size() + 1);
+    std::vector<std::vector<std::size_t>> d(a.size() + 1, std::vector<std::size_t>(b.size() + 1));
+    for (std::size_t i = 0; i <= a.size(); ++i) {
+        d[i][0] = i;
+    }
     for (std::size_t j = 0; j <= b.size(); ++j) {
-        previous[j] = j;
+        d[0][j] = j;
     }
     for (std::size_t i = 1; i <= a.size(); ++i) {
-        current[0] = i;
         for (std::size_t j = 1; j <= b.size(); ++j) {
-            const std::size_t substitution = previous[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
-            current[j] = std::min({previous[j] + 1, current[j - 1] + 1, substitution});
+            const std::size_t substitution = d[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+            d[i][j] = std::min({d[i - 1][j] + 1, d[i][j - 1] + 1, substitution});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+                d[i][j] = std::min(d[i][j], d[i - 2][j - 2] + 1);
+            }
         }
-        std::swap(previous, current);
     }
-    return previous[b.size()];
+    return d[a.size()][b.size()];
 }
 
 }  // namespace

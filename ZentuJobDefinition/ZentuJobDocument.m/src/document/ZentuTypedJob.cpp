@@ -165,10 +165,13 @@ class ZentuTypedJobReader {
         const std::string meant = ZentuSuggestion::closest(name, names);
         const std::string withId =
             parsed.IdName().empty() ? std::string() : Messages::WITH_ID_NAME + parsed.IdName();
-        Report(ZentuFindingCodes::UNKNOWN_ITEM,
-               KPL_Failure::Format(Messages::UNKNOWN_ITEM, name.c_str(), parsed.keyword.c_str(),
-                                   withId.c_str()) +
-                   did_you_mean(meant, "'"),
+        std::string message = KPL_Failure::Format(Messages::UNKNOWN_ITEM, name.c_str(),
+                                                  parsed.keyword.c_str(), withId.c_str());
+        if (!meant.empty()) {
+            // The suggestion continues the sentence, so its full stop goes.
+            message.pop_back();
+        }
+        Report(ZentuFindingCodes::UNKNOWN_ITEM, message + did_you_mean(meant, "'"),
                written.name_range, meant);
     }
 
