@@ -93,6 +93,10 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobDocument {
     bool HasErrors() const;
     // The range of bytes [begin, end) of line n as lines and columns.
     ZentuTextRange RangeOf(std::size_t number, std::size_t begin, std::size_t end) const;
+    // The range of bytes [begin, end) of an item's value text; the whole value where the value
+    // spans lines.
+    ZentuTextRange ValueRange(const ZentuDocumentItem& item, std::size_t begin,
+                              std::size_t end) const;
     // The column (1-based, in characters) of a byte offset of line n.
     std::size_t ColumnOf(std::size_t number, std::size_t offset) const;
 

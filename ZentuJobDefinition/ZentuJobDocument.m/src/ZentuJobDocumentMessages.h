@@ -41,4 +41,10 @@ inline constexpr const char* REFERENCE_NAMES_NO_COMMAND = "%s%s: %s '%s' names n
 inline constexpr const char* KEYWORD_NOT_UPPER_CASE =
     "the rules look command keywords up as written, and '%s' is not in upper case: %s";
 
+// Expressions over responses.
+inline constexpr const char* EXPRESSION_PART_UNSUPPORTED =
+    "the expansion into weighted responses drops %s: '%s'";
+inline constexpr const char* EXPRESSION_MISMATCH = "expands to %s but reads %s";
+inline constexpr const char* EXPRESSION_MEANT = "; write it as %s";
+
 }  // namespace ZentuJobDocumentMessages

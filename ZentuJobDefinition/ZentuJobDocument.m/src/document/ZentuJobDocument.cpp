@@ -283,3 +283,14 @@ ZentuTextRange ZentuJobDocument::RangeOf(std::size_t number, std::size_t begin,
                                          std::size_t end) const {
     return ZentuTextRange{number, ColumnOf(number, begin), number, ColumnOf(number, end)};
 }
+
+ZentuTextRange ZentuJobDocument::ValueRange(const ZentuDocumentItem& item, std::size_t begin,
+                                            std::size_t end) const {
+    if (item.name_alone) {
+        return item.value_range;
+    }
+    const std::string_view line = LineText(item.line);
+    const std::size_t start = line.find(item.value, line.find('=') + 1);
+    return RangeOf(item.line, start + std::min(begin, item.value.size()),
+                   start + std::min(end, item.value.size()));
+}

@@ -11,6 +11,7 @@
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuDrespExpressionParser.h"
+#include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuMathExpressions.h"
 #include "ZentuStringUtil.h"
@@ -85,6 +86,7 @@ class ZentuTypedJobReader {
             Complete();
             TraceGeneratedCommands();
             CheckReferences();
+            ZentuJobChecks::run_all(job_, schema_, job_.findings_);
         }
         job_.findings_.insert(job_.findings_.begin(), job_.document_.Findings().begin(),
                               job_.document_.Findings().end());
@@ -229,19 +231,14 @@ class ZentuTypedJobReader {
         return false;
     }
 
-    // The range of bytes [begin, end) of an item's value; the whole value where it spans lines.
+    // The range of bytes [begin, end) of an item's value; its command's keyword for an item that
+    // the file does not hold.
     ZentuTextRange ValueRange(const ZentuOrigin& origin, std::size_t begin, std::size_t end) const {
         if (origin.item == ZentuOrigin::NONE) {
             return CommandRange(origin);
         }
-        const ZentuDocumentItem& item = DocumentCommand(origin.command).items[origin.item];
-        if (item.name_alone) {
-            return item.value_range;
-        }
-        const std::string_view line = job_.document_.LineText(item.line);
-        const std::size_t valueStart = line.find(item.value, line.find('=') + 1);
-        return job_.document_.RangeOf(item.line, valueStart + begin,
-                                      valueStart + std::min(end, item.value.size()));
+        return job_.document_.ValueRange(DocumentCommand(origin.command).items[origin.item], begin,
+                                         end);
     }
 
     // The keyword of the command of an origin, or the file's start when it has none.
