@@ -270,7 +270,12 @@ bool ZentuJobDocument::HasErrors() const {
 }
 
 std::size_t ZentuJobDocument::ColumnOf(std::size_t number, std::size_t offset) const {
-    std::string_view text = LineText(number).substr(0, offset);
+    // The CR of a CR LF line end is no character of the line: an offset past it stops before it.
+    std::string_view line = LineText(number);
+    if (!line.empty() && line.back() == '\r') {
+        line.remove_suffix(1);
+    }
+    std::string_view text = line.substr(0, std::min(offset, line.size()));
     if (number == 1 && text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }

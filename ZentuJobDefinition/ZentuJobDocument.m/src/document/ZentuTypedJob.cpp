@@ -84,6 +84,7 @@ class ZentuTypedJobReader {
         if (completion == ZentuCompletion::FULL && readable) {
             CheckExpressions();
             Complete();
+            ForgetErasedItems();
             TraceGeneratedCommands();
             CheckReferences();
             ZentuJobChecks::run_all(job_, schema_, job_.findings_);
@@ -269,6 +270,7 @@ class ZentuTypedJobReader {
         try {
             ZentuCmdContainerRules::create_default_commands(job_.container_, config_.cmd_metadata,
                                                             config_.enum_map);
+            MarkDefaultCommands();
             job_.container_.CreateReferences();
             const ZentuBoundRules::Scope rules(schema_.BoundRules());
             ZentuCmdContainerRules::apply_rules(job_.container_, config_);
@@ -296,12 +298,45 @@ class ZentuTypedJobReader {
         Report(ZentuFindingCodes::EXPRESSION_SYNTAX, failure.GetMessage(), ZentuTextRange{});
     }
 
+    // Default commands come from the schema, not from the file: they stay without origin, also
+    // when a command of the file refers to them.
+    void MarkDefaultCommands() {
+        for (const ZentuCmd& command : job_.container_) {
+            job_.commandOrigins_.try_emplace(&command);
+        }
+    }
+
+    // A rule may erase an item of the file (the expression rule erases the expression) and add
+    // one that takes the freed address; an origin stays only with an item that still bears the
+    // name written there.
+    void ForgetErasedItems() {
+        std::unordered_map<const ZentuCmdItem*, ZentuOrigin> kept;
+        for (const ZentuCmd& command : job_.container_) {
+            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                    const auto found = job_.itemOrigins_.find(item.get());
+                    if (found != job_.itemOrigins_.end() &&
+                        ZentuStringUtil::equals_ignoring_case(WrittenItem(found->second).name,
+                                                              item->GetName())) {
+                        kept.insert(*found);
+                    }
+                }
+            }
+        }
+        job_.itemOrigins_ = std::move(kept);
+    }
+
+    // The item of the file that an origin names.
+    const ZentuDocumentItem& WrittenItem(const ZentuOrigin& origin) const {
+        return DocumentCommand(origin.command).items[origin.item];
+    }
+
     // Commands that rules generated take the origin of the first traced command that refers to
     // them, so that what is said about them points at what made them.
     void TraceGeneratedCommands() {
         std::vector<const ZentuCmd*> traced;
         for (const ZentuCmd& command : job_.container_) {
-            if (job_.commandOrigins_.count(&command) != 0) {
+            if (job_.OriginOf(command).command != ZentuOrigin::NONE) {
                 traced.push_back(&command);
             }
         }
