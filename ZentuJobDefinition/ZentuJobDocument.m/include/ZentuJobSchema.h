@@ -29,7 +29,8 @@ struct ZentuItemSchema {
     ZentuJson default_value;
     // The keywords of an ENUM item with their values, in the order of the file.
     std::vector<std::pair<std::string, int>> keywords;
-    // The command kind that a REFERENCE item names.
+    // The command kind that a REFERENCE item names, or that each element of a LIST item names;
+    // CMD_PLACEHOLDER for none.
     ZentuCmdDefs::Cmd references = ZentuCmdDefs::Cmd::CMD_PLACEHOLDER;
     std::string description;
     // A command of the keyword must hold the item.

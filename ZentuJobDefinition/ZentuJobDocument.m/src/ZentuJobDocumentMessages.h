@@ -47,4 +47,23 @@ inline constexpr const char* EXPRESSION_PART_UNSUPPORTED =
 inline constexpr const char* EXPRESSION_MISMATCH = "expands to %s but reads %s";
 inline constexpr const char* EXPRESSION_MEANT = "; write it as %s";
 
+// What reads fine but is wrong.
+inline constexpr const char* DUPLICATE_IDENTIFIER =
+    "identifier '%s' is given to %s on line %zu already; references always name that one";
+inline constexpr const char* DUPLICATE_ITEM = "%s is given again (first on line %zu); only the "
+                                              "first one counts";
+inline constexpr const char* MISSING_ITEM = "%s%s has no %s, which the schema requires";
+inline constexpr const char* BELOW_MIN = "%s = %s is below its smallest allowed value %s";
+inline constexpr const char* ABOVE_MAX = "%s = %s is above its largest allowed value %s";
+inline constexpr const char* LOWER_ABOVE_UPPER = "%s = %s is above %s = %s (line %zu)";
+inline constexpr const char* LIST_NUMBER_OUT_OF_RANGE =
+    "%s lies outside the integer range, so the list reads as %s";
+inline constexpr const char* LIST_RANGE_BACKWARDS =
+    "the range %s runs backwards and adds only its start, so the list reads as %s; write %s";
+inline constexpr const char* LIST_OVER_BOUND =
+    "the list names %s numbers, more than the %s a list of numbers holds, so it reads as %s";
+inline constexpr const char* LIST_ELEMENT_NAMES_NO_COMMAND = "%s '%s' names no %s command";
+inline constexpr const char* UNUSED_COMMAND =
+    "%s '%s' is not used: no objective, constraint, operator or optimisation refers to it";
+
 }  // namespace ZentuJobDocumentMessages

@@ -1,7 +1,7 @@
 #include "ZentuExpressionArithmetic.h"
 
-#include <cctype>
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <unordered_map>
 
@@ -83,7 +83,8 @@ class Parser {
     // A number added to references is a constant term; one number alone is judged at the end.
     void ReportConstantTerm(const Linear& left, const Linear& right) {
         for (const Linear* side : {&left, &right}) {
-            if (!side->HasTerms() && side->constant != 0.0 && (left.HasTerms() || right.HasTerms())) {
+            if (!side->HasTerms() && side->constant != 0.0 &&
+                (left.HasTerms() || right.HasTerms())) {
                 reading_.unsupported.push_back({side->begin, side->end, "a constant term"});
             }
         }

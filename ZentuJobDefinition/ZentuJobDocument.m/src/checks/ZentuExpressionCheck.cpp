@@ -55,8 +55,7 @@ std::string flat_expression(const Weights& weights) {
             continue;
         }
         const std::string term = ZentuStringUtil::String(std::fabs(weight)) + "*%" + name + "%";
-        text += text.empty() ? (weight < 0 ? "-" : "") + term
-                             : (weight < 0 ? " - " : " + ") + term;
+        text += text.empty() ? (weight < 0 ? "-" : "") + term : (weight < 0 ? " - " : " + ") + term;
     }
     return text;
 }
@@ -148,10 +147,11 @@ void check_expression(const ZentuTypedJob& job, const ZentuDocumentItem& item,
     for (const auto& part : reading.unsupported) {
         findings.push_back(zentu_finding(
             ZentuFindingCodes::EXPRESSION_UNSUPPORTED,
-            KPL_Failure::Format(Messages::EXPRESSION_PART_UNSUPPORTED, part.what.c_str(),
-                                ZentuStringUtil::excerpt(std::string_view(item.value).substr(
-                                                             part.begin, part.end - part.begin))
-                                    .c_str()),
+            KPL_Failure::Format(
+                Messages::EXPRESSION_PART_UNSUPPORTED, part.what.c_str(),
+                ZentuStringUtil::excerpt(
+                    std::string_view(item.value).substr(part.begin, part.end - part.begin))
+                    .c_str()),
             document.ValueRange(item, part.begin, part.end)));
     }
     if (reading.tooDeep || !reading.unsupported.empty()) {
@@ -166,8 +166,9 @@ void check_expression(const ZentuTypedJob& job, const ZentuDocumentItem& item,
         ZentuFindingCodes::EXPRESSION_MISMATCH,
         KPL_Failure::Format(Messages::EXPRESSION_MISMATCH, weights_text(expanded).c_str(),
                             weights_text(reading.weights).c_str()) +
-            (suggestion.empty() ? ""
-                                : KPL_Failure::Format(Messages::EXPRESSION_MEANT, suggestion.c_str())),
+            (suggestion.empty()
+                 ? ""
+                 : KPL_Failure::Format(Messages::EXPRESSION_MEANT, suggestion.c_str())),
         document.ValueRange(item, 0, item.value.size()),
         suggestion.empty() ? std::nullopt : std::optional<std::string>(suggestion)));
 }

@@ -5,6 +5,7 @@
 
 void ZentuJobChecks::run_all(const ZentuTypedJob& job, const ZentuJobSchema& schema,
                              std::vector<ZentuFinding>& findings) {
-    static_cast<void>(schema);
     check_expressions(job, findings);
+    check_structure(job, schema, findings);
+    check_unused(job, schema, findings);
 }

@@ -232,8 +232,11 @@ ItemSchema parse_item(const Json& entry, const EntryPath& path) {
     if (item.type == DataType::REFERENCE) {
         item.references = enum_named<Cmd>(
             ZentuCmdDefs::CMD_NAMES, required(entry, "references", path), "command kind", path);
+    } else if (item.type == DataType::LIST && entry.contains("references")) {
+        item.references = enum_named<Cmd>(ZentuCmdDefs::CMD_NAMES, entry["references"],
+                                          "command kind", path);
     } else if (entry.contains("references")) {
-        path.Fail("only REFERENCE items have \"references\"");
+        path.Fail("only REFERENCE and LIST items have \"references\"");
     }
     if (entry.contains("default")) {
         item.default_value = entry["default"];
@@ -358,8 +361,8 @@ std::string constraints_text(const ItemSchema& item) {
 }
 
 std::string values_text(const ItemSchema& item) {
-    if (item.type == DataType::REFERENCE) {
-        return "refers to " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
+    if (item.references != Cmd::CMD_PLACEHOLDER) {
+        return std::string(item.type == DataType::LIST ? "each element " : "") + "refers to " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
     }
     std::string text;
     for (const auto& [keyword, value] : item.keywords) {
@@ -457,7 +460,7 @@ Json ZentuJobSchema::ToJson() const {
                 }
                 entry["keywords"] = keywords;
             }
-            if (item.type == DataType::REFERENCE) {
+            if (item.references != Cmd::CMD_PLACEHOLDER) {
                 entry["references"] =
                     ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
             }

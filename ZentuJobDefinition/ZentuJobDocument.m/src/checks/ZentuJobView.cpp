@@ -1,0 +1,33 @@
+#include "ZentuJobView.h"
+
+#include "ZentuCmd.h"
+#include "ZentuTypedJob.h"
+
+using ZentuCmdItemDefs::CmdItem;
+
+ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
+    const auto& documentCommands = job.Document().Commands();
+    commands_.assign(documentCommands.size(), nullptr);
+    items_.resize(documentCommands.size());
+    for (std::size_t c = 0; c < documentCommands.size(); ++c) {
+        items_[c].assign(documentCommands[c].items.size(), nullptr);
+    }
+    for (const ZentuCmd& command : job.Container()) {
+        const ZentuOrigin origin = job.OriginOf(command);
+        // Generated commands carry the origin of what refers to them; the command read from the
+        // file comes first in its kind's sequence and bears the keyword as written.
+        if (origin.command == ZentuOrigin::NONE || commands_[origin.command] != nullptr ||
+            command.GetName() != documentCommands[origin.command].keyword) {
+            continue;
+        }
+        commands_[origin.command] = &command;
+        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                const ZentuOrigin itemOrigin = job.OriginOf(command, *item);
+                if (itemOrigin.item != ZentuOrigin::NONE) {
+                    items_[origin.command][itemOrigin.item] = item.get();
+                }
+            }
+        }
+    }
+}

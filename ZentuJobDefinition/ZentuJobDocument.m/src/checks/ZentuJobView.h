@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+class ZentuCmd;
+class ZentuCmdItem;
+class ZentuTypedJob;
+
+// The typed command and items that each command and item of a job's document became: what the
+// checks look at side by side with the text.
+class ZentuJobView {
+  public:
+    explicit ZentuJobView(const ZentuTypedJob& job);
+
+    // The command read from document command c, or null.
+    const ZentuCmd* Command(std::size_t c) const { return commands_[c]; }
+    // The item read from item i of document command c, or null when it was refused or the
+    // schema does not describe it.
+    const ZentuCmdItem* Item(std::size_t c, std::size_t i) const { return items_[c][i]; }
+
+  private:
+    std::vector<const ZentuCmd*> commands_;
+    std::vector<std::vector<const ZentuCmdItem*>> items_;
+};

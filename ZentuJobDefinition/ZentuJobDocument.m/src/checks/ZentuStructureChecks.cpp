@@ -1,0 +1,460 @@
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "BreltList.h"
+#include "KPL_Failure.h"
+#include "ZentuCmd.h"
+#include "ZentuCmdItem.h"
+#include "ZentuJobChecks.h"
+#include "ZentuJobDocumentMessages.h"
+#include "ZentuJobSchema.h"
+#include "ZentuJobView.h"
+#include "ZentuStringUtil.h"
+#include "ZentuTypedJob.h"
+
+namespace Messages = ZentuJobDocumentMessages;
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
+
+namespace {
+
+// The item whose value identifies a command.
+constexpr std::string_view ID_NAME = "ID_NAME";
+// The items of a command that bound a value from below and above.
+constexpr const char* LOWER_ITEM = "LOWER";
+constexpr const char* UPPER_ITEM = "UPPER";
+// The most numbers that a list of numbers holds; above it the list is no list of numbers.
+constexpr std::int64_t LIST_BOUND = 10'000'000;
+// Lists up to this many numbers are spelled out in messages.
+constexpr std::size_t LIST_SHOWN = 10;
+
+std::string upper(const std::string& text) {
+    return ZentuStringUtil::to_upper(text);
+}
+
+std::string number_text(double value) {
+    return ZentuStringUtil::String(value);
+}
+
+const ZentuDocumentItem* find_item(const ZentuDocumentCommand& command, std::string_view name) {
+    for (const ZentuDocumentItem& item : command.items) {
+        if (ZentuStringUtil::equals_ignoring_case(item.name, name)) {
+            return &item;
+        }
+    }
+    return nullptr;
+}
+
+// "KEYWORD 'ID'" or "KEYWORD" for a command without identifier.
+std::string command_label(const ZentuDocumentCommand& command) {
+    return command.IdName().empty() ? command.keyword
+                                    : command.keyword + " '" + command.IdName() + "'";
+}
+
+void check_identifiers(const ZentuJobDocument& document, std::vector<ZentuFinding>& findings) {
+    std::unordered_map<std::string, const ZentuDocumentCommand*> first;
+    for (const ZentuDocumentCommand& command : document.Commands()) {
+        const ZentuDocumentItem* id = find_item(command, ID_NAME);
+        if (id == nullptr || id->value.empty()) {
+            continue;
+        }
+        const auto [found, added] = first.emplace(upper(id->value), &command);
+        if (!added) {
+            findings.push_back(zentu_finding(
+                ZentuFindingCodes::DUPLICATE_IDENTIFIER,
+                KPL_Failure::Format(Messages::DUPLICATE_IDENTIFIER, id->value.c_str(),
+                                    found->second->keyword.c_str(), found->second->line),
+                id->value_range));
+        }
+    }
+}
+
+// A number item's value as a double, when it has one.
+std::optional<double> number_of(const ZentuCmdItem* item) {
+    if (item == nullptr) {
+        return std::nullopt;
+    }
+    if (item->HasReal()) {
+        return item->GetReal();
+    }
+    if (item->HasInteger()) {
+        return static_cast<double>(item->GetInteger());
+    }
+    return std::nullopt;
+}
+
+// One entry of a list of numbers as written: a number, or a range with an optional step.
+struct ListEntry {
+    std::int64_t start = 0;
+    std::int64_t end = 0;
+    std::int64_t step = 1;
+    bool range = false;
+    std::size_t begin = 0;
+    std::size_t finish = 0;
+};
+
+// The entries of a list text; stops at the first text that is not a list (the reader refuses
+// such a text, which is reported on its own).
+class ListText {
+  public:
+    explicit ListText(const std::string& text) : text_(text) {
+        while (Skip() && position_ < text_.size()) {
+            if (!Entry()) {
+                break;
+            }
+            if (Skip() && position_ < text_.size() && text_[position_] == ',') {
+                ++position_;
+            }
+        }
+    }
+
+    std::vector<ListEntry> entries;
+    // The first number outside the integer range, as written.
+    std::string outOfRange;
+
+  private:
+    bool Skip() {
+        while (position_ < text_.size() &&
+               std::isspace(static_cast<unsigned char>(text_[position_])) != 0) {
+            ++position_;
+        }
+        return true;
+    }
+
+    bool Number(std::int64_t& value) {
+        Skip();
+        const std::size_t begin = position_;
+        if (position_ < text_.size() && (text_[position_] == '-' || text_[position_] == '+')) {
+            ++position_;
+        }
+        const std::size_t digits = position_;
+        while (position_ < text_.size() &&
+               std::isdigit(static_cast<unsigned char>(text_[position_]))) {
+            ++position_;
+        }
+        if (position_ == digits) {
+            return false;
+        }
+        const std::string written = text_.substr(begin, position_ - begin);
+        const bool fits = position_ - digits <= 10 &&
+                          std::stoll(written) >= std::numeric_limits<int>::min() &&
+                          std::stoll(written) <= std::numeric_limits<int>::max();
+        if (!fits && outOfRange.empty()) {
+            outOfRange = written;
+        }
+        value = fits ? std::stoll(written) : 0;
+        return true;
+    }
+
+    bool Entry() {
+        ListEntry entry;
+        entry.begin = position_;
+        if (!Number(entry.start)) {
+            return false;
+        }
+        entry.end = entry.start;
+        if (position_ < text_.size() && text_[position_] == '-') {
+            ++position_;
+            entry.range = Number(entry.end);
+            if (entry.range && position_ < text_.size() && text_[position_] == ':') {
+                ++position_;
+                entry.range = Number(entry.step);
+            }
+            if (!entry.range) {
+                return false;
+            }
+        }
+        entry.finish = position_;
+        entries.push_back(entry);
+        return true;
+    }
+
+    const std::string& text_;
+    std::size_t position_ = 0;
+};
+
+std::int64_t count_of(const std::vector<ListEntry>& entries) {
+    std::int64_t count = 0;
+    for (const ListEntry& entry : entries) {
+        const bool forward = entry.start <= entry.end && entry.step > 0;
+        count += forward ? (entry.end - entry.start) / entry.step + 1 : 1;
+    }
+    return count;
+}
+
+// What the item reads as, for messages: its numbers spelled out when they are few.
+std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
+    if (item == nullptr || !item->HasBreltList()) {
+        return "no list of numbers at all";
+    }
+    if (count > static_cast<std::int64_t>(LIST_SHOWN)) {
+        return std::to_string(count) + " numbers";
+    }
+    const BreltList<int> list = item->GetBreltList();
+    if (list.elements.empty()) {
+        return "an empty list";
+    }
+    std::string text;
+    for (int value : list.elements) {
+        text += (text.empty() ? "[" : ", ") + std::to_string(value);
+    }
+    return text + "]";
+}
+
+void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentItem& written,
+                        const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+    const ListText list(written.value);
+    const std::int64_t count = count_of(list.entries);
+    const auto report = [&](std::string message, std::size_t begin, std::size_t end) {
+        findings.push_back(zentu_finding(ZentuFindingCodes::INTEGER_LIST, std::move(message),
+                                         document.ValueRange(written, begin, end)));
+    };
+    if (!list.outOfRange.empty()) {
+        const std::size_t at = written.value.find(list.outOfRange);
+        report(KPL_Failure::Format(Messages::LIST_NUMBER_OUT_OF_RANGE, list.outOfRange.c_str(),
+                                   reading_of(item, count).c_str()),
+               at, at + list.outOfRange.size());
+        return;
+    }
+    if (count > LIST_BOUND) {
+        report(KPL_Failure::Format(Messages::LIST_OVER_BOUND, std::to_string(count).c_str(),
+                                   std::to_string(LIST_BOUND).c_str(),
+                                   reading_of(item, count).c_str()),
+               0, written.value.size());
+        return;
+    }
+    for (const ListEntry& entry : list.entries) {
+        if (entry.range && entry.start > entry.end && entry.step > 0) {
+            const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
+            const std::string forward =
+                std::to_string(entry.end) + "-" + std::to_string(entry.start);
+            report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
+                                       reading_of(item, count).c_str(), forward.c_str()),
+                   entry.begin, entry.finish);
+        }
+    }
+}
+
+// The identifiers of the commands of a kind.
+std::unordered_set<std::string> identifiers_of(const ZentuCmdContainer& container, Cmd kind) {
+    std::unordered_set<std::string> identifiers;
+    for (const auto& command : container.GetCommands(kind)) {
+        if (command->HasItem(CmdItem::ID_NAME, 0)) {
+            identifiers.insert(command->Item(CmdItem::ID_NAME, 0).GetString());
+        }
+    }
+    return identifiers;
+}
+
+void check_list_references(const ZentuTypedJob& job, const ZentuDocumentItem& written,
+                           const ZentuItemSchema& description,
+                           std::vector<ZentuFinding>& findings) {
+    const std::unordered_set<std::string> targets =
+        identifiers_of(job.Container(), description.references);
+    const std::string& kind =
+        ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(description.references)];
+    std::size_t begin = 0;
+    while (begin <= written.value.size()) {
+        const std::size_t comma = std::min(written.value.find(',', begin), written.value.size());
+        std::size_t first = begin;
+        std::size_t last = comma;
+        while (first < last &&
+               std::isspace(static_cast<unsigned char>(written.value[first])) != 0) {
+            ++first;
+        }
+        while (last > first &&
+               std::isspace(static_cast<unsigned char>(written.value[last - 1])) != 0) {
+            --last;
+        }
+        const std::string element = written.value.substr(first, last - first);
+        if (!element.empty() && targets.count(upper(element)) == 0) {
+            findings.push_back(zentu_finding(
+                ZentuFindingCodes::DANGLING_REFERENCE,
+                KPL_Failure::Format(Messages::LIST_ELEMENT_NAMES_NO_COMMAND, written.name.c_str(),
+                                    element.c_str(), kind.c_str()),
+                job.Document().ValueRange(written, first, last)));
+        }
+        begin = comma + 1;
+    }
+}
+
+void check_bounds(const ZentuDocumentItem& written, const ZentuItemSchema& description,
+                  const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+    const std::optional<double> value = number_of(item);
+    if (!value) {
+        return;
+    }
+    if (description.min && *value < *description.min) {
+        findings.push_back(zentu_finding(
+            ZentuFindingCodes::OUT_OF_RANGE,
+            KPL_Failure::Format(Messages::BELOW_MIN, written.name.c_str(), written.value.c_str(),
+                                number_text(*description.min).c_str()),
+            written.value_range));
+    }
+    if (description.max && *value > *description.max) {
+        findings.push_back(zentu_finding(
+            ZentuFindingCodes::OUT_OF_RANGE,
+            KPL_Failure::Format(Messages::ABOVE_MAX, written.name.c_str(), written.value.c_str(),
+                                number_text(*description.max).c_str()),
+            written.value_range));
+    }
+}
+
+void check_lower_above_upper(const ZentuDocumentCommand& command, const ZentuJobView& view,
+                             std::size_t c, std::vector<ZentuFinding>& findings) {
+    const ZentuDocumentItem* lower = find_item(command, LOWER_ITEM);
+    const ZentuDocumentItem* upperItem = find_item(command, UPPER_ITEM);
+    if (lower == nullptr || upperItem == nullptr) {
+        return;
+    }
+    const auto index = [&](const ZentuDocumentItem* item) {
+        return static_cast<std::size_t>(item - command.items.data());
+    };
+    const std::optional<double> low = number_of(view.Item(c, index(lower)));
+    const std::optional<double> high = number_of(view.Item(c, index(upperItem)));
+    if (low && high && *low > *high) {
+        findings.push_back(
+            zentu_finding(ZentuFindingCodes::OUT_OF_RANGE,
+                          KPL_Failure::Format(Messages::LOWER_ABOVE_UPPER, lower->name.c_str(),
+                                              lower->value.c_str(), upperItem->name.c_str(),
+                                              upperItem->value.c_str(), upperItem->line),
+                          lower->value_range));
+    }
+}
+
+// Whether the completed command holds an item of the description, from the file or added.
+bool holds(const ZentuCmd* command, const ZentuItemSchema& description) {
+    if (command == nullptr) {
+        return false;
+    }
+    const auto& items = command->Items(description.kind);
+    return std::any_of(items.begin(), items.end(),
+                       [&](const auto& item) { return item->GetName() == description.name; });
+}
+
+void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
+                         const ZentuCommandSchema& schema, std::size_t c,
+                         std::vector<ZentuFinding>& findings) {
+    const ZentuDocumentCommand& command = job.Document().Commands()[c];
+    std::unordered_map<std::string, std::size_t> seen;
+    for (std::size_t i = 0; i < command.items.size(); ++i) {
+        const ZentuDocumentItem& written = command.items[i];
+        const ZentuItemSchema* description = schema.FindItem(upper(written.name));
+        if (description == nullptr) {
+            continue;
+        }
+        const auto [first, added] = seen.emplace(description->name, written.line);
+        if (!added && !description->multiple) {
+            findings.push_back(zentu_finding(
+                ZentuFindingCodes::DUPLICATE_ITEM,
+                KPL_Failure::Format(Messages::DUPLICATE_ITEM, written.name.c_str(), first->second),
+                written.name_range));
+        }
+        check_bounds(written, *description, view.Item(c, i), findings);
+        if (description->type == DataType::BRELT_LIST) {
+            check_integer_list(job.Document(), written, view.Item(c, i), findings);
+        }
+        if (description->type == DataType::LIST &&
+            description->references != Cmd::CMD_PLACEHOLDER) {
+            check_list_references(job, written, *description, findings);
+        }
+    }
+    for (const ZentuItemSchema& description : schema.items) {
+        if (description.required && seen.count(description.name) == 0 &&
+            !holds(view.Command(c), description)) {
+            findings.push_back(zentu_finding(
+                ZentuFindingCodes::MISSING_ITEM,
+                KPL_Failure::Format(Messages::MISSING_ITEM, command_label(command).c_str(), "",
+                                    description.name.c_str()),
+                command.keyword_range));
+        }
+    }
+    check_lower_above_upper(command, view, c, findings);
+}
+
+}  // namespace
+
+void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSchema& schema,
+                                     std::vector<ZentuFinding>& findings) {
+    check_identifiers(job.Document(), findings);
+    const ZentuJobView view(job);
+    const auto& commands = job.Document().Commands();
+    for (std::size_t c = 0; c < commands.size(); ++c) {
+        if (const ZentuCommandSchema* described = schema.FindCommand(upper(commands[c].keyword))) {
+            check_command_items(job, view, *described, c, findings);
+        }
+    }
+}
+
+namespace {
+
+// The commands that the elements of lists of references name.
+void add_list_uses(const ZentuTypedJob& job, const ZentuJobSchema& schema,
+                   std::unordered_set<const ZentuCmd*>& used) {
+    std::unordered_map<std::string, const ZentuCmd*> byIdentifier;
+    for (const ZentuCmd& command : job.Container()) {
+        if (command.HasItem(CmdItem::ID_NAME, 0)) {
+            byIdentifier.emplace(command.Item(CmdItem::ID_NAME, 0).GetString(), &command);
+        }
+    }
+    for (const ZentuDocumentCommand& command : job.Document().Commands()) {
+        const ZentuCommandSchema* described = schema.FindCommand(upper(command.keyword));
+        for (const ZentuDocumentItem& item : command.items) {
+            const ZentuItemSchema* description =
+                described != nullptr ? described->FindItem(upper(item.name)) : nullptr;
+            if (description == nullptr || description->type != DataType::LIST ||
+                description->references == Cmd::CMD_PLACEHOLDER) {
+                continue;
+            }
+            std::vector<std::string> elements;
+            ZentuStringUtil::Split(item.value, ",", elements);
+            for (std::string& element : elements) {
+                ZentuStringUtil::Trim(element);
+                const auto found = byIdentifier.find(upper(element));
+                if (found != byIdentifier.end()) {
+                    used.insert(found->second);
+                }
+            }
+        }
+    }
+}
+
+}  // namespace
+
+void ZentuJobChecks::check_unused(const ZentuTypedJob& job, const ZentuJobSchema& schema,
+                                  std::vector<ZentuFinding>& findings) {
+    std::unordered_set<const ZentuCmd*> used;
+    add_list_uses(job, schema, used);
+    for (const ZentuCmd& command : job.Container()) {
+        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                if (item->HasReference() && item->GetReference() != nullptr &&
+                    item->GetReference() != &command) {
+                    used.insert(item->GetReference());
+                }
+            }
+        }
+    }
+    const ZentuJobView view(job);
+    const auto& commands = job.Document().Commands();
+    for (std::size_t c = 0; c < commands.size(); ++c) {
+        const ZentuCmd* command = view.Command(c);
+        if (command == nullptr || used.count(command) != 0 || commands[c].IdName().empty()) {
+            continue;
+        }
+        const Cmd kind = command->GetType();
+        if (kind == Cmd::DRESP || kind == Cmd::OPERATOR || kind == Cmd::DV) {
+            findings.push_back(zentu_finding(
+                ZentuFindingCodes::UNUSED_COMMAND,
+                KPL_Failure::Format(Messages::UNUSED_COMMAND, commands[c].keyword.c_str(),
+                                    commands[c].IdName().c_str()),
+                commands[c].keyword_range));
+        }
+    }
+}
