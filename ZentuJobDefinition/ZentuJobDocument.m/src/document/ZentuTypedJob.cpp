@@ -91,6 +91,7 @@ class ZentuTypedJobReader {
         }
         job_.findings_.insert(job_.findings_.begin(), job_.document_.Findings().begin(),
                               job_.document_.Findings().end());
+        ZentuJobChecks::apply_suppressions(job_.document_, job_.findings_);
         std::stable_sort(job_.findings_.begin(), job_.findings_.end(), precedes);
     }
 
