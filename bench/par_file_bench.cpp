@@ -4,11 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
-#include <filesystem>
-#include <map>
-#include <random>
 #include <string>
-#include <system_error>
 
 #include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
@@ -18,63 +14,12 @@
 #include "ZentuCmdParOutput.h"
 #include "ZentuParFileAdapter.h"
 #include "bench_support.h"
+#include "job_files.h"
 #include "job_generator.h"
 
 namespace {
 
 using ZentuJobGenerator::ExpressionRule;
-
-// A directory of its own under the system's temporary directory, so that parallel runs do not
-// share files.
-std::filesystem::path create_private_directory() {
-    std::random_device entropy;
-    const std::filesystem::path base = std::filesystem::temp_directory_path();
-    for (;;) {
-        const std::filesystem::path candidate =
-            base / ("zentu_par_file_bench_" + std::to_string(entropy()));
-        if (std::filesystem::create_directory(candidate)) {
-            return candidate;
-        }
-    }
-}
-
-// The generated job files of this run, each written the first time that it is asked for, and
-// removed with their directory when the program ends.
-class JobFiles {
-  public:
-    // The files of this run.
-    static JobFiles& Instance() {
-        static JobFiles files;
-        return files;
-    }
-
-    // The file of the job of commandCount commands.
-    std::wstring Job(std::size_t commandCount) {
-        auto [entry, added] = jobs_.try_emplace(commandCount);
-        if (added) {
-            entry->second = directory_ / ("job_" + std::to_string(commandCount) + ".par");
-            ZentuJobGenerator::write_job_file(entry->second, commandCount);
-        }
-        return entry->second.wstring();
-    }
-
-    // The file that the writing benchmarks write, again and again.
-    std::wstring Output() const { return (directory_ / "written.par").wstring(); }
-
-    JobFiles(const JobFiles&) = delete;
-    JobFiles& operator=(const JobFiles&) = delete;
-
-  private:
-    JobFiles() : directory_(create_private_directory()) {}
-
-    ~JobFiles() {
-        std::error_code ignored;
-        std::filesystem::remove_all(directory_, ignored);
-    }
-
-    const std::filesystem::path directory_;
-    std::map<std::size_t, std::filesystem::path> jobs_;
-};
 
 // The size of the job that the benchmark runs on, in commands.
 std::size_t command_count(const benchmark::State& state) {
@@ -84,7 +29,7 @@ std::size_t command_count(const benchmark::State& state) {
 // The job read as a host reads it: with the schema and the expression rule.
 ZentuCmdContainer read_job(std::size_t commandCount) {
     ZentuCmdContainer container;
-    ZentuParFileAdapter(JobFiles::Instance().Job(commandCount),
+    ZentuParFileAdapter(JobFiles::Instance().Job(commandCount).wstring(),
                         ZentuJobGenerator::job_config(ExpressionRule::REGISTERED))
         .Parse(container);
     return container;
@@ -101,7 +46,7 @@ void complete(ZentuCmdContainer& container, const ZentuCmdIoConfig& config) {
 // Tokenizing, typing, default items, references and the expression rule, from the file.
 void BM_ReadParFile(benchmark::State& state) {
     const std::size_t commands = command_count(state);
-    const ZentuParFileAdapter adapter(JobFiles::Instance().Job(commands),
+    const ZentuParFileAdapter adapter(JobFiles::Instance().Job(commands).wstring(),
                                       ZentuJobGenerator::job_config(ExpressionRule::REGISTERED));
     ZentuBenchSupport::run_on_fresh_containers(
         state, [](ZentuCmdContainer&) {},
@@ -113,7 +58,7 @@ void BM_ReadParFile(benchmark::State& state) {
 // expressions still there.
 void BM_CompleteJob(benchmark::State& state) {
     const std::size_t commands = command_count(state);
-    const ZentuParFileAdapter reader(JobFiles::Instance().Job(commands),
+    const ZentuParFileAdapter reader(JobFiles::Instance().Job(commands).wstring(),
                                      ZentuJobGenerator::job_config(ExpressionRule::NOT_REGISTERED));
     const ZentuCmdIoConfig config = ZentuJobGenerator::job_config(ExpressionRule::REGISTERED);
     ZentuBenchSupport::run_on_fresh_containers(
@@ -137,7 +82,7 @@ void BM_CreateReferences(benchmark::State& state) {
 void BM_WriteParFile(benchmark::State& state) {
     const std::size_t commands = command_count(state);
     const ZentuCmdContainer container = read_job(commands);
-    const ZentuCmdParOutput writer(JobFiles::Instance().Output(), container,
+    const ZentuCmdParOutput writer(JobFiles::Instance().Scratch("written.par").wstring(), container,
                                    ZentuCmdDefs::get_default_cmd_names(),
                                    ZentuCmdItemDefs::CMD_ITEM_NAMES);
     for (auto _ : state) {
@@ -148,7 +93,7 @@ void BM_WriteParFile(benchmark::State& state) {
 
 // The sizes of the generated jobs, in commands.
 void job_sizes(benchmark::internal::Benchmark* family) {
-    family->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+    family->Arg(1000)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK(BM_ReadParFile)->Apply(job_sizes);

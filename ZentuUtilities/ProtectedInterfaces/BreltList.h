@@ -68,8 +68,13 @@ ZENTU_UTILITIES_API void read_brelt_list(const std::string& text, BreltList<int>
 // of throwing; the list then holds the values read so far.
 ZENTU_UTILITIES_API bool try_read_brelt_list(const std::string& text, BreltList<int>& list);
 
-// Whether the text reads as a list without failure; neither throws nor builds a message.
+// Whether the text reads as a list without failure, with the log lines of try_read_brelt_list;
+// neither throws, nor builds a message, nor holds the values, so that its memory follows the text.
 ZENTU_UTILITIES_API bool is_brelt_list(const std::string& text);
+
+// The values of a text that is_brelt_list accepted, read again without log lines and without the
+// bound, which a host may have lowered since; of any other text, the values before its error.
+ZENTU_UTILITIES_API BreltList<int> values_of_brelt_list(const std::string& text);
 
 // The text that operator<< writes for the list.
 ZENTU_UTILITIES_API std::string write_brelt_list(const BreltList<int>& list);

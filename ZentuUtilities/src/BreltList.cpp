@@ -4,10 +4,15 @@
 #include <atomic>
 #include <charconv>
 #include <cstdint>
+#include <functional>
 #include <istream>
 #include <limits>
 #include <ostream>
+#include <queue>
 #include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
@@ -190,23 +195,216 @@ struct ReadOutcome {
     std::size_t maxSize = 0;
 };
 
-// Reads one list from a source of characters: numbers, each followed by a separator that adds it
-// as a value, opens a range or gives the range its end.
-template <typename Source>
+// The values from low to high, stride apart, that a range of a list adds; one value has stride 1.
+struct Progression {
+    std::int64_t low;
+    std::int64_t high;
+    std::int64_t stride;
+
+    // The number of values.
+    std::uint64_t Count() const { return static_cast<std::uint64_t>((high - low) / stride) + 1; }
+
+    // The remainder that every value leaves divided by the stride.
+    std::int64_t Residue() const { return ((low % stride) + stride) % stride; }
+};
+
+// The range start-end with its step, for a step that runs from start toward end.
+Progression RunningRange(int start, int end, int step) {
+    const std::int64_t stride = step > 0 ? std::int64_t{step} : -std::int64_t{step};
+    const std::int64_t span = (std::int64_t{end} - start) / step * stride;
+    return start < end ? Progression{start, start + span, stride}
+                       : Progression{start - span, start, stride};
+}
+
+// The one value.
+Progression SingleValue(int value) {
+    return Progression{value, value, 1};
+}
+
+// Joins progressions on the same lattice (stride and residue) whose values touch or overlap, so
+// that repeated and overlapping ranges of one step count once.
+void JoinLattices(std::vector<Progression>& progressions) {
+    std::sort(progressions.begin(), progressions.end(),
+              [](const Progression& a, const Progression& b) {
+                  return std::make_tuple(a.stride, a.Residue(), a.low) <
+                         std::make_tuple(b.stride, b.Residue(), b.low);
+              });
+    std::size_t joined = 0;
+    for (std::size_t next = 1; next < progressions.size(); ++next) {
+        Progression& last = progressions[joined];
+        const Progression& candidate = progressions[next];
+        if (candidate.stride == last.stride && candidate.Residue() == last.Residue() &&
+            candidate.low <= last.high + last.stride) {
+            last.high = std::max(last.high, candidate.high);
+        } else {
+            progressions[++joined] = candidate;
+        }
+    }
+    progressions.resize(progressions.empty() ? 0 : joined + 1);
+}
+
+// The number of distinct values of overlapping progressions, walked in ascending order together;
+// the walk stops once the count passes limit.
+std::uint64_t CountWalkingTogether(const Progression* first, const Progression* last,
+                                   std::uint64_t limit) {
+    using Cursor = std::pair<std::int64_t, const Progression*>;
+    std::priority_queue<Cursor, std::vector<Cursor>, std::greater<>> cursors;
+    for (const Progression* progression = first; progression != last; ++progression) {
+        cursors.emplace(progression->low, progression);
+    }
+    std::uint64_t count = 0;
+    std::int64_t previous = 0;
+    while (!cursors.empty() && count <= limit) {
+        const auto [value, progression] = cursors.top();
+        cursors.pop();
+        if (count == 0 || value != previous) {
+            ++count;
+            previous = value;
+        }
+        if (value < progression->high) {
+            cursors.emplace(value + progression->stride, progression);
+        }
+    }
+    return count;
+}
+
+// The number of distinct values of the progressions, or a number above cap once it passes cap.
+// Progressions whose spans do not overlap count alone; only overlapping ones of different
+// lattices are walked value by value.
+std::uint64_t CountDistinct(std::vector<Progression> progressions, std::uint64_t cap) {
+    JoinLattices(progressions);
+    std::sort(progressions.begin(), progressions.end(),
+              [](const Progression& a, const Progression& b) { return a.low < b.low; });
+    std::uint64_t total = 0;
+    for (std::size_t first = 0; first < progressions.size() && total <= cap;) {
+        std::size_t last = first + 1;
+        std::int64_t high = progressions[first].high;
+        for (; last < progressions.size() && progressions[last].low <= high; ++last) {
+            high = std::max(high, progressions[last].high);
+        }
+        total += last - first == 1
+                     ? progressions[first].Count()
+                     : CountWalkingTogether(&progressions[first],
+                                            &progressions[first] + (last - first), cap - total);
+        first = last;
+    }
+    return total;
+}
+
+// Keeps the values read in a list, one set node each, as hosts receive them.
+class ListTarget {
+  public:
+    explicit ListTarget(BreltList<int>& list) : list_(list) {}
+
+    // Whether the reading starts from an empty list.
+    bool ClearOnRead() const { return list_.clear_on_read; }
+
+    // Empties the list.
+    void Clear() { list_.Clear(); }
+
+    // The step of a range written without one.
+    int DefaultStep() const { return list_.default_step; }
+
+    // The number of values.
+    std::size_t Size() const { return list_.size(); }
+
+    // Whether the list stays within maxSize values with the progression added.
+    bool Fits(const Progression& added, std::size_t maxSize) const {
+        const std::uint64_t room = maxSize - std::min(maxSize, list_.size());
+        if (added.Count() <= room) {
+            return true;
+        }
+        std::uint64_t present = 0;
+        for (auto it = list_.elements.lower_bound(static_cast<int>(added.low));
+             it != list_.elements.end() && *it <= added.high; ++it) {
+            present += (*it - added.low) % added.stride == 0 ? 1 : 0;
+        }
+        return added.Count() - present <= room;
+    }
+
+    // Adds the values of the progression, each beside the one before, where the set looks
+    // first; so a range costs linear time.
+    void Add(const Progression& added) {
+        auto hint = list_.elements.end();
+        for (std::int64_t value = added.low; value <= added.high; value += added.stride) {
+            hint = list_.elements.insert(hint, static_cast<int>(value));
+        }
+    }
+
+  private:
+    BreltList<int>& list_;
+};
+
+// Keeps the values read as the progressions that name them, so that a list costs memory in
+// proportion to its text whatever its values; they are counted only when a bound asks.
+class ProgressionTarget {
+  public:
+    // A reading into a fresh list starts empty anyway.
+    static bool ClearOnRead() { return true; }
+
+    // Forgets every progression.
+    void Clear() {
+        progressions_.clear();
+        countBound_ = 0;
+    }
+
+    // The step of a range written without one, that of a default list.
+    static int DefaultStep() { return 1; }
+
+    // The number of distinct values.
+    std::size_t Size() const {
+        return static_cast<std::size_t>(
+            CountDistinct(progressions_, std::numeric_limits<std::uint64_t>::max()));
+    }
+
+    // Whether the distinct values stay within maxSize with the progression added; counting is
+    // needed only once the progressions together could pass the bound.
+    bool Fits(const Progression& added, std::size_t maxSize) {
+        if (countBound_ + added.Count() <= maxSize) {
+            return true;
+        }
+        JoinLattices(progressions_);
+        countBound_ = 0;
+        for (const Progression& progression : progressions_) {
+            countBound_ += progression.Count();
+        }
+        if (countBound_ + added.Count() <= maxSize) {
+            return true;
+        }
+        std::vector<Progression> all = progressions_;
+        all.push_back(added);
+        return CountDistinct(std::move(all), maxSize) <= maxSize;
+    }
+
+    // Adds the progression.
+    void Add(const Progression& added) {
+        progressions_.push_back(added);
+        countBound_ += added.Count();
+    }
+
+  private:
+    std::vector<Progression> progressions_;
+    // The sum of the progressions' counts, never below the number of distinct values.
+    std::uint64_t countBound_ = 0;
+};
+
+// Reads one list from a source of characters into a target: numbers, each followed by a separator
+// that adds it as a value, opens a range or gives the range its end. A quiet reader logs nothing.
+template <typename Source, typename Target, bool Logged = true>
 class Reader {
   public:
-    Reader(Source& source, BreltList<int>& list)
-        : source_(source), list_(list), maxSize_(maxSizeSetting.load(std::memory_order_relaxed)) {}
+    Reader(Source& source, Target& target, std::size_t maxSize)
+        : source_(source), target_(target), maxSize_(maxSize) {}
 
     // Reads the list up to the end of the source or the first error.
     ReadOutcome Read() {
-        Trace(__LINE__, Messages::BRELT_LIST_READ_STARTED);
-        if (list_.clear_on_read) {
-            list_.Clear();
+        TraceLine(__LINE__, Messages::BRELT_LIST_READ_STARTED);
+        if (target_.ClearOnRead()) {
+            target_.Clear();
         }
         source_.SkipWhiteSpace();
         if (source_.AtEnd()) {
-            Trace(__LINE__, Messages::BRELT_LIST_READ_EMPTY);
+            TraceLine(__LINE__, Messages::BRELT_LIST_READ_EMPTY);
         }
         while (source_.Good()) {
             int number = 0;
@@ -217,25 +415,42 @@ class Reader {
                 }
                 return Fail(ReadError::NUMBER_UNREADABLE);
             }
-            LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_PARSED_ELEMENT,
-                       number);
+            LogLine(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_PARSED_ELEMENT,
+                    number);
             char separator = ',';
             if (!ReadSeparator(separator)) {
                 return Fail(ReadError::SEPARATOR_UNREADABLE);
             }
-            KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
-                                   Messages::BRELT_LIST_TAG, Messages::BRELT_LIST_PARSED_SEPARATOR,
-                                   separator);
+            if constexpr (Logged) {
+                KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
+                                       Messages::BRELT_LIST_TAG,
+                                       Messages::BRELT_LIST_PARSED_SEPARATOR, separator);
+            }
             const ReadError error = ApplySeparator(separator, number);
             if (error != ReadError::NONE) {
                 return Fail(error, separator);
             }
         }
-        Trace(__LINE__, Messages::BRELT_LIST_READ_SUCCEEDED);
+        TraceLine(__LINE__, Messages::BRELT_LIST_READ_SUCCEEDED);
         return ReadOutcome{};
     }
 
   private:
+    // Logs a line that takes no argument.
+    static void TraceLine(int line, const char* message) {
+        if constexpr (Logged) {
+            Trace(line, message);
+        }
+    }
+
+    // Logs a line whose arguments are numbers.
+    template <typename... Numbers>
+    static void LogLine(LogMsgType type, int line, const char* format, Numbers... numbers) {
+        if constexpr (Logged) {
+            LogNumbers(type, line, format, numbers...);
+        }
+    }
+
     // Reads the separator after a number; the end of the source stands for ','.
     bool ReadSeparator(char& separator) {
         if (!source_.AtEnd()) {
@@ -285,100 +500,55 @@ class Reader {
     // Adds the number as a value, or closes the open range with it as its end or its step.
     ReadError EndEntry(int number) {
         if (!rangeOpen_) {
-            LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_SINGLE,
-                       number);
-            return Insert(number);
+            LogLine(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_SINGLE, number);
+            return Add(SingleValue(number));
         }
         const bool stepped = stepped_;
         rangeOpen_ = false;
         stepped_ = false;
         return stepped ? AddRange(start_, end_, number)
-                       : AddRange(start_, number, list_.default_step);
+                       : AddRange(start_, number, target_.DefaultStep());
     }
 
-    // Adds start, start + step, ... while they lie between start and end, and end itself when the
-    // steps reach it exactly; a step that would leave the int range ends the range.
+    // Adds start, start + step, ... while they lie between start and end, end included when the
+    // steps reach it exactly. A range whose step does not run toward its end adds its start only;
+    // a step of 0 is warned about.
     ReadError AddRange(int start, int end, int step) {
-        LogNumbers(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_RANGE, start,
-                   end, step);
-        if (!HasRoomForRange(start, end, step)) {
+        LogLine(KPL_LogMacros::LOG_TRACE, __LINE__, Messages::BRELT_LIST_ADDING_RANGE, start, end,
+                step);
+        if (step != 0 && start != end && (step > 0) == (start < end)) {
+            return Add(RunningRange(start, end, step));
+        }
+        const ReadError error = Add(SingleValue(start));
+        if (error == ReadError::NONE && step == 0) {
+            LogLine(KPL_LogMacros::LOG_WARNING, __LINE__, Messages::BRELT_LIST_INVALID_STEP, step);
+        }
+        return error;
+    }
+
+    // Adds the values unless the list would exceed the bound. Deciding before adding keeps a range
+    // such as 1-2000000000 from building a huge list just to refuse it.
+    ReadError Add(const Progression& added) {
+        if (!target_.Fits(added, maxSize_)) {
             return ReadError::TOO_LONG;
         }
-        const bool ascending = start < end;
-        auto hint = list_.elements.end();
-        int current = start;
-        while (true) {
-            if (const ReadError error = InsertNear(current, hint); error != ReadError::NONE) {
-                return error;
-            }
-            if (step == 0) {
-                LogNumbers(KPL_LogMacros::LOG_WARNING, __LINE__, Messages::BRELT_LIST_INVALID_STEP,
-                           step);
-                break;
-            }
-            const std::int64_t next = std::int64_t{current} + step;
-            // A sum beyond the int range would wrap, and a wrap-around ends the range: a wrapped
-            // value may land back between start and end, where it is no step of the range.
-            if (next < std::numeric_limits<int>::min() || next > std::numeric_limits<int>::max()) {
-                break;
-            }
-            current = static_cast<int>(next);
-            if ((start < current) != ascending || (current < end) != ascending) {
-                break;
-            }
-        }
-        return end == current ? Insert(end) : ReadError::NONE;
-    }
-
-    // Whether the values that a range running with its step would add still fit under the bound.
-    // Deciding before inserting keeps a range such as 1-2000000000 from building a huge list just
-    // to refuse it; other ranges add at most two values and are checked value by value.
-    bool HasRoomForRange(int start, int end, int step) const {
-        const bool ascending = start < end;
-        if (step == 0 || (step > 0) != ascending) {
-            return true;
-        }
-        const std::int64_t low = ascending ? start : end;
-        const std::int64_t high = ascending ? end : start;
-        const std::int64_t stride = step > 0 ? std::int64_t{step} : -std::int64_t{step};
-        const auto values = static_cast<std::uint64_t>((high - low) / stride + 1);
-        const std::size_t room = maxSize_ - std::min(maxSize_, list_.size());
-        if (values <= room) {
-            return true;
-        }
-        std::uint64_t present = 0;
-        for (auto it = list_.elements.lower_bound(static_cast<int>(low));
-             it != list_.elements.end() && *it <= high; ++it) {
-            present += (std::int64_t{*it} - start) % stride == 0 ? 1 : 0;
-        }
-        return values - present <= room;
-    }
-
-    // Adds a value unless the list would exceed the bound.
-    ReadError Insert(int value) {
-        auto hint = list_.elements.end();
-        return InsertNear(value, hint);
-    }
-
-    // Adds a value beside the hint, where the set looks first, and leaves the hint at the value;
-    // so a range costs linear time.
-    ReadError InsertNear(int value, std::set<int>::iterator& hint) {
-        if (list_.size() >= maxSize_ && list_.elements.count(value) == 0) {
-            return ReadError::TOO_LONG;
-        }
-        hint = list_.elements.insert(hint, value);
+        target_.Add(added);
         return ReadError::NONE;
     }
 
     // Ends the reading with an error. Its message shows the values as the writer writes them, so
     // the reading logs what writing them logs, whether or not the message is built.
     ReadOutcome Fail(ReadError error, char separator = '\0') {
-        LogWritten(list_.size());
+        if constexpr (Logged) {
+            if (KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
+                LogWritten(target_.Size());
+            }
+        }
         return ReadOutcome{error, separator, maxSize_};
     }
 
     Source& source_;
-    BreltList<int>& list_;
+    Target& target_;
     const std::size_t maxSize_;
     bool rangeOpen_ = false;
     bool stepped_ = false;
@@ -386,10 +556,16 @@ class Reader {
     int end_ = 0;
 };
 
-// Reads a list from any source of characters.
+// The bound that a reading applies now.
+std::size_t CurrentMaxSize() {
+    return maxSizeSetting.load(std::memory_order_relaxed);
+}
+
+// Reads a list from any source of characters into a list, logging and bounded.
 template <typename Source>
 ReadOutcome ReadList(Source& source, BreltList<int>& list) {
-    return Reader<Source>(source, list).Read();
+    ListTarget target(list);
+    return Reader<Source, ListTarget>(source, target, CurrentMaxSize()).Read();
 }
 
 // Writes into a stream with its own int output, flushing at each line break.
@@ -608,8 +784,19 @@ bool try_read_brelt_list(const std::string& text, BreltList<int>& list) {
 }
 
 bool is_brelt_list(const std::string& text) {
+    TextSource source(text);
+    ProgressionTarget target;
+    return Reader<TextSource, ProgressionTarget>(source, target, CurrentMaxSize()).Read().error ==
+           ReadError::NONE;
+}
+
+BreltList<int> values_of_brelt_list(const std::string& text) {
+    TextSource source(text);
     BreltList<int> list;
-    return try_read_brelt_list(text, list);
+    ListTarget target(list);
+    Reader<TextSource, ListTarget, false>(source, target, std::numeric_limits<std::size_t>::max())
+        .Read();
+    return list;
 }
 
 std::string write_brelt_list(const BreltList<int>& list) {

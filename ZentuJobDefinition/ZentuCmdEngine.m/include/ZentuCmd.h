@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -116,10 +117,27 @@ class ZENTU_CMD_ENGINE_API ZentuCmd {
     void SetType(ZentuCmdDefs::Cmd type) { type_ = type; }
 
   private:
-    ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item);
-    const ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item) const;
+    // How many item kinds keep their sequences inside the command: most commands hold no more
+    // kinds, and the sequences of further kinds live in blocks of 5, 10 and 20 that never move.
+    static constexpr std::size_t INLINE_KINDS = 5;
+    static constexpr std::size_t BLOCK_COUNT = 3;
+    static_assert((INLINE_KINDS << BLOCK_COUNT) == ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT,
+                  "the blocks hold the sequences of every further kind");
 
-    std::array<ItemSequence, ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> items_;
+    // The sequence of the kind, created empty the first time that it is needed.
+    ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item) const;
+    // The sequence of the kind, or null when the kind has never been needed.
+    ItemSequence* Find(ZentuCmdItemDefs::CmdItem item) const;
+    // The sequence at the position among those created.
+    ItemSequence& SequenceAt(std::size_t position) const;
+
+    // Sequences are created when a kind is first needed, also through the read-only Items(), so
+    // that a view taken before the first item is added sees it; hence mutable.
+    mutable std::array<ItemSequence, INLINE_KINDS> inline_sequences_;
+    mutable std::array<std::unique_ptr<ItemSequence[]>, BLOCK_COUNT> blocks_;
+    // For each item kind, 0 when it has no sequence, else its position among those created + 1.
+    mutable std::array<std::uint8_t, ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> positions_{};
+    mutable std::uint8_t created_ = 0;
     ZentuCmdDefs::Cmd type_;
     std::string name_;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -66,18 +66,14 @@ class ZENTU_CMD_ENGINE_API ZentuCmdAutoItem : public ZentuCmdItem {
     bool Has(ZentuCmdItemDefs::DataType type) const;
     void Set(ZentuCmdItemDefs::DataType type);
     void ReadNumbers();
-    void ReadVector(const std::vector<std::string>& parts);
     void ReadKeyword(const ZentuCmdItemDefs::KeywordMap& keywordMap);
-    void ReadList(std::vector<std::string> parts);
-    void ReadIntegerList();
+    bool HasVectorShape() const;
 
+    // Only the text and what cannot be worked out of it again are kept: the other readings are
+    // taken from the text when asked for, so that an item costs memory in proportion to its text
+    // and an integer list such as 1-9999999 is not held value by value.
     std::string text_;
-    int integer_value_ = 0;
-    double real_value_ = 0.0;
-    ZentuMatrix<3, 1, double> vector_value_;
-    ZentuCmdItemDefs::EnumValue enum_value_ = ZentuCmdItemDefs::NO_ENUM_VALUE;
-    std::vector<std::string> list_value_;
-    BreltList<int> brelt_list_;
     const ZentuCmd* reference_ = nullptr;
-    std::array<bool, ZentuCmdItemDefs::DATA_TYPE_COUNT> has_type_{};
+    ZentuCmdItemDefs::EnumValue enum_value_ = ZentuCmdItemDefs::NO_ENUM_VALUE;
+    std::uint16_t readings_ = 0;
 };

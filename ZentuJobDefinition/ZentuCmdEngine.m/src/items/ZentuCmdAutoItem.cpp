@@ -1,6 +1,8 @@
 #include "ZentuCmdAutoItem.h"
 
+#include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 
 #include "ZentuFormatUtil.h"
@@ -11,6 +13,8 @@
 using ZentuCmdItemDefs::DataType;
 
 namespace {
+
+static_assert(ZentuCmdItemDefs::DATA_TYPE_COUNT <= 16, "one bit per data type");
 
 // The length that the number tests look at: up to the first NUL, as for a C string.
 std::size_t c_length(const std::string& text) {
@@ -27,6 +31,30 @@ std::string upper_trimmed(const std::string& text) {
     return result;
 }
 
+// The number of comma-separated parts, as ZentuStringUtil::Split counts them.
+std::size_t part_count(const std::string& text) {
+    return text.empty() ? 0
+                        : static_cast<std::size_t>(std::count(text.begin(), text.end(), ',')) + 1;
+}
+
+// The comma-separated parts of a text, exactly as split.
+std::vector<std::string> parts_of(const std::string& text) {
+    std::vector<std::string> parts;
+    ZentuStringUtil::Split(text, ",", parts);
+    return parts;
+}
+
+// A vector component read from one part; a part that is no number gives nothing.
+std::optional<double> component_of(const std::string& part) {
+    if (ZentuFormatUtil::is_int(part.c_str())) {
+        return ZentuIntegerText::to_wrapping_int(part);
+    }
+    if (ZentuFormatUtil::is_double(part.c_str(), c_length(part))) {
+        return ZentuFormatUtil::str_to_double(part.c_str(), nullptr);
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 ZentuCmdAutoItem::ZentuCmdAutoItem(const std::string& name, const std::string& text,
@@ -34,18 +62,19 @@ ZentuCmdAutoItem::ZentuCmdAutoItem(const std::string& name, const std::string& t
     : ZentuCmdItem(name), text_(upper_trimmed(text)) {
     Set(DataType::STRING);
     ReadNumbers();
-    const bool quoted = is_quoted(text_);
-    std::vector<std::string> parts;
-    ZentuStringUtil::Split(text_, ",", parts);
-    if (!quoted && parts.size() == 3) {
-        ReadVector(parts);
+    if (HasVectorShape()) {
+        const std::vector<std::string> parts = parts_of(text_);
+        if (std::all_of(parts.begin(), parts.end(),
+                        [](const std::string& part) { return component_of(part).has_value(); })) {
+            Set(DataType::VECTOR3D);
+        }
     }
     ReadKeyword(keywordMap);
-    if (!parts.empty()) {
-        ReadList(std::move(parts));
+    if (part_count(text_) > 0) {
+        Set(DataType::LIST);
     }
-    if (!quoted) {
-        ReadIntegerList();
+    if (!is_quoted(text_) && is_brelt_list(text_)) {
+        Set(DataType::BRELT_LIST);
     }
 }
 
@@ -68,15 +97,16 @@ bool ZentuCmdAutoItem::HasInteger() const {
 }
 
 int ZentuCmdAutoItem::GetInteger() const {
-    return integer_value_;
+    return HasInteger() ? ZentuIntegerText::to_wrapping_int(text_) : 0;
 }
 
 bool ZentuCmdAutoItem::HasReal() const {
     return Has(DataType::REAL);
 }
 
+// An integer text reads as the same double through strtod, so one conversion serves both.
 double ZentuCmdAutoItem::GetReal() const {
-    return real_value_;
+    return HasReal() ? ZentuFormatUtil::str_to_double(text_.c_str(), nullptr) : 0.0;
 }
 
 bool ZentuCmdAutoItem::HasVector3d() const {
@@ -84,7 +114,14 @@ bool ZentuCmdAutoItem::HasVector3d() const {
 }
 
 ZentuMatrix<3, 1, double> ZentuCmdAutoItem::GetVector3d() const {
-    return vector_value_;
+    ZentuMatrix<3, 1, double> vector;
+    if (HasVectorShape()) {
+        const std::vector<std::string> parts = parts_of(text_);
+        for (std::size_t i = 0; i < parts.size(); ++i) {
+            vector(i, 0) = component_of(parts[i]).value_or(0.0);
+        }
+    }
+    return vector;
 }
 
 bool ZentuCmdAutoItem::HasEnum() const {
@@ -100,7 +137,11 @@ bool ZentuCmdAutoItem::HasList() const {
 }
 
 std::vector<std::string> ZentuCmdAutoItem::GetList() const {
-    return list_value_;
+    std::vector<std::string> parts = parts_of(text_);
+    for (std::string& part : parts) {
+        ZentuStringUtil::Trim(part);
+    }
+    return parts;
 }
 
 bool ZentuCmdAutoItem::HasBreltList() const {
@@ -108,7 +149,7 @@ bool ZentuCmdAutoItem::HasBreltList() const {
 }
 
 BreltList<int> ZentuCmdAutoItem::GetBreltList() const {
-    return brelt_list_;
+    return HasBreltList() ? values_of_brelt_list(text_) : BreltList<int>();
 }
 
 bool ZentuCmdAutoItem::HasReference() const {
@@ -121,7 +162,7 @@ const ZentuCmd* ZentuCmdAutoItem::GetReference() const {
 
 bool ZentuCmdAutoItem::HasType(DataType type) const {
     const auto index = static_cast<std::size_t>(type);
-    return index < has_type_.size() && has_type_[index];
+    return index < ZentuCmdItemDefs::DATA_TYPE_COUNT && Has(type);
 }
 
 void ZentuCmdAutoItem::AddReference(const ZentuCmd& target) {
@@ -134,41 +175,20 @@ std::unique_ptr<ZentuCmdItem> ZentuCmdAutoItem::Clone() const {
 }
 
 bool ZentuCmdAutoItem::Has(DataType type) const {
-    return has_type_[static_cast<std::size_t>(type)];
+    return (readings_ >> static_cast<unsigned>(type) & 1U) != 0;
 }
 
 void ZentuCmdAutoItem::Set(DataType type) {
-    has_type_[static_cast<std::size_t>(type)] = true;
+    readings_ = static_cast<std::uint16_t>(readings_ | 1U << static_cast<unsigned>(type));
 }
 
 void ZentuCmdAutoItem::ReadNumbers() {
     if (ZentuFormatUtil::is_int(text_.c_str())) {
-        integer_value_ = ZentuIntegerText::to_wrapping_int(text_);
-        real_value_ = integer_value_;
         Set(DataType::INTEGER);
         Set(DataType::REAL);
     }
     if (ZentuFormatUtil::is_double(text_.c_str(), c_length(text_))) {
-        real_value_ = ZentuFormatUtil::str_to_double(text_.c_str(), nullptr);
         Set(DataType::REAL);
-    }
-}
-
-void ZentuCmdAutoItem::ReadVector(const std::vector<std::string>& parts) {
-    bool allNumbers = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-        const std::string& part = parts[i];
-        if (ZentuFormatUtil::is_int(part.c_str())) {
-            vector_value_(i, 0) = ZentuIntegerText::to_wrapping_int(part);
-        } else if (ZentuFormatUtil::is_double(part.c_str(), c_length(part))) {
-            vector_value_(i, 0) = ZentuFormatUtil::str_to_double(part.c_str(), nullptr);
-        } else {
-            vector_value_(i, 0) = 0.0;
-            allNumbers = false;
-        }
-    }
-    if (allNumbers) {
-        Set(DataType::VECTOR3D);
     }
 }
 
@@ -180,18 +200,7 @@ void ZentuCmdAutoItem::ReadKeyword(const ZentuCmdItemDefs::KeywordMap& keywordMa
     }
 }
 
-void ZentuCmdAutoItem::ReadList(std::vector<std::string> parts) {
-    for (std::string& part : parts) {
-        ZentuStringUtil::Trim(part);
-    }
-    list_value_ = std::move(parts);
-    Set(DataType::LIST);
-}
-
-void ZentuCmdAutoItem::ReadIntegerList() {
-    BreltList<int> list;
-    if (try_read_brelt_list(text_, list)) {
-        brelt_list_ = std::move(list);
-        Set(DataType::BRELT_LIST);
-    }
+// Three parts of a text that is not quoted make a vector, whether or not they are numbers.
+bool ZentuCmdAutoItem::HasVectorShape() const {
+    return part_count(text_) == 3 && !is_quoted(text_);
 }

@@ -26,13 +26,25 @@ ZentuCmd::ZentuCmd(ZentuCmdDefs::Cmd type)
 ZentuCmd::ZentuCmd(ZentuCmdDefs::Cmd type, const std::string& name) : type_(type), name_(name) {}
 
 ZentuCmd::ZentuCmd(ZentuCmd&& other) noexcept
-    : items_(std::move(other.items_)), type_(other.type_), name_(std::move(other.name_)) {
+    : inline_sequences_(std::move(other.inline_sequences_)),
+      blocks_(std::move(other.blocks_)),
+      positions_(other.positions_),
+      created_(other.created_),
+      type_(other.type_),
+      name_(std::move(other.name_)) {
+    other.positions_.fill(0);
+    other.created_ = 0;
     other.name_.clear();
 }
 
 ZentuCmd& ZentuCmd::operator=(ZentuCmd&& other) noexcept {
     if (this != &other) {
-        items_ = std::move(other.items_);
+        inline_sequences_ = std::move(other.inline_sequences_);
+        blocks_ = std::move(other.blocks_);
+        positions_ = other.positions_;
+        created_ = other.created_;
+        other.positions_.fill(0);
+        other.created_ = 0;
         type_ = other.type_;
         name_ = std::move(other.name_);
         other.name_.clear();
@@ -75,9 +87,8 @@ void ZentuCmd::AddAutoItem(CmdItem item, const std::string& value,
 }
 
 void ZentuCmd::ReplaceItem(CmdItem item, std::unique_ptr<ZentuCmdItem> newItem, std::size_t index) {
-    ItemSequence& sequence = Sequence(item);
-    if (newItem && index < sequence.size()) {
-        sequence[index] = std::move(newItem);
+    if (newItem && HasItem(item, index)) {
+        (*Find(item))[index] = std::move(newItem);
     }
 }
 
@@ -106,45 +117,55 @@ void ZentuCmd::ReplaceItem(CmdItem item, const std::string& value,
 }
 
 void ZentuCmd::Erase(CmdItem item, const_iterator first, const_iterator last) {
-    Sequence(item).erase(first, last);
+    if (first != last) {
+        Find(item)->erase(first, last);
+    }
 }
 
 void ZentuCmd::Erase(CmdItem item, const_iterator position) {
-    Sequence(item).erase(position);
+    Find(item)->erase(position);
 }
 
 void ZentuCmd::EraseAll(CmdItem item) {
-    Sequence(item).clear();
+    if (ItemSequence* sequence = Find(item)) {
+        sequence->clear();
+    }
 }
 
 void ZentuCmd::CopyItemsFrom(const ZentuCmd& other) {
     if (this == &other) {
         return;
     }
-    for (std::size_t kind = 0; kind < items_.size(); ++kind) {
+    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        const auto itemKind = static_cast<CmdItem>(kind);
         ItemSequence copies;
-        copies.reserve(other.items_[kind].size());
-        for (const std::unique_ptr<ZentuCmdItem>& source : other.items_[kind]) {
-            if (source) {
-                copies.push_back(source->Clone());
+        if (const ItemSequence* sources = other.Find(itemKind)) {
+            copies.reserve(sources->size());
+            for (const std::unique_ptr<ZentuCmdItem>& source : *sources) {
+                if (source) {
+                    copies.push_back(source->Clone());
+                }
             }
         }
-        items_[kind] = std::move(copies);
+        if (!copies.empty() || Find(itemKind) != nullptr) {
+            Sequence(itemKind) = std::move(copies);
+        }
     }
 }
 
 ZentuCmdItem& ZentuCmd::Item(CmdItem item, std::size_t index) {
     assert(HasItem(item, index));
-    return *Sequence(item)[index];
+    return *(*Find(item))[index];
 }
 
 const ZentuCmdItem& ZentuCmd::Item(CmdItem item, std::size_t index) const {
     assert(HasItem(item, index));
-    return *Sequence(item)[index];
+    return *(*Find(item))[index];
 }
 
 bool ZentuCmd::HasItem(CmdItem item, std::size_t index) const {
-    return index < Sequence(item).size();
+    const ItemSequence* sequence = Find(item);
+    return sequence != nullptr && index < sequence->size();
 }
 
 const ZentuCmd::ConstItemSequence& ZentuCmd::Items(CmdItem item) const {
@@ -152,19 +173,23 @@ const ZentuCmd::ConstItemSequence& ZentuCmd::Items(CmdItem item) const {
 }
 
 ZentuCmd::iterator ZentuCmd::begin(CmdItem item) {
-    return Sequence(item).begin();
+    ItemSequence* sequence = Find(item);
+    return sequence != nullptr ? sequence->begin() : iterator();
 }
 
 ZentuCmd::iterator ZentuCmd::end(CmdItem item) {
-    return Sequence(item).end();
+    ItemSequence* sequence = Find(item);
+    return sequence != nullptr ? sequence->end() : iterator();
 }
 
 ZentuCmd::const_iterator ZentuCmd::begin(CmdItem item) const {
-    return Sequence(item).begin();
+    const ItemSequence* sequence = Find(item);
+    return sequence != nullptr ? sequence->cbegin() : const_iterator();
 }
 
 ZentuCmd::const_iterator ZentuCmd::end(CmdItem item) const {
-    return Sequence(item).end();
+    const ItemSequence* sequence = Find(item);
+    return sequence != nullptr ? sequence->cend() : const_iterator();
 }
 
 ZentuIteratorRange<ZentuCmd::iterator> ZentuCmd::GetItemRange(CmdItem item) {
@@ -179,12 +204,34 @@ void ZentuCmd::SetName(const std::string& name) {
     name_ = name;
 }
 
-ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) {
-    assert(static_cast<std::size_t>(item) < items_.size());
-    return items_[static_cast<std::size_t>(item)];
+ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) const {
+    if (ItemSequence* sequence = Find(item)) {
+        return *sequence;
+    }
+    ItemSequence& created = SequenceAt(created_);
+    positions_[static_cast<std::size_t>(item)] = ++created_;
+    return created;
 }
 
-const ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) const {
-    assert(static_cast<std::size_t>(item) < items_.size());
-    return items_[static_cast<std::size_t>(item)];
+ZentuCmd::ItemSequence* ZentuCmd::Find(CmdItem item) const {
+    assert(static_cast<std::size_t>(item) < positions_.size());
+    const std::size_t position = positions_[static_cast<std::size_t>(item)];
+    return position == 0 ? nullptr : &SequenceAt(position - 1);
+}
+
+// Block b holds the positions from INLINE_KINDS * 2^b on, as many as there are before it; it is
+// allocated when its first position is handed out.
+ZentuCmd::ItemSequence& ZentuCmd::SequenceAt(std::size_t position) const {
+    if (position < INLINE_KINDS) {
+        return inline_sequences_[position];
+    }
+    std::size_t block = 0;
+    while (position >= INLINE_KINDS << (block + 1)) {
+        ++block;
+    }
+    const std::size_t first = INLINE_KINDS << block;
+    if (!blocks_[block]) {
+        blocks_[block] = std::make_unique<ItemSequence[]>(first);
+    }
+    return blocks_[block][position - first];
 }

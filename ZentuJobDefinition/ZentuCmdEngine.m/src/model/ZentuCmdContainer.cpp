@@ -10,9 +10,17 @@ using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 
-ZentuCmd ZentuCmdContainer::s_DefaultCmd(Cmd::CMD_PLACEHOLDER, "PLACEHOLDER");
-
 namespace {
+
+// The placeholder command with the sequence of every item kind created, so that viewing its items
+// creates nothing: it is shared by all containers, on every thread.
+ZentuCmd placeholder_command() {
+    ZentuCmd placeholder(Cmd::CMD_PLACEHOLDER, "PLACEHOLDER");
+    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        placeholder.Items(static_cast<CmdItem>(kind));
+    }
+    return placeholder;
+}
 
 // The first command in container order under each identifier. Building it once makes resolving
 // all references linear in the container size.
@@ -50,6 +58,8 @@ std::vector<std::reference_wrapper<ZentuCmd>> commands_with_first_item(
 }
 
 }  // namespace
+
+ZentuCmd ZentuCmdContainer::s_DefaultCmd = placeholder_command();
 
 ZentuCmdContainer::ZentuCmdContainer() = default;
 

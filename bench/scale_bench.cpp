@@ -1,0 +1,169 @@
+// The main road against the raw work on the same bytes, each pair measured side by side in one
+// run: reading and completing a job against reading its lines, writing it against one fwrite of
+// its text, and the memory that reading takes against the file's size. The ratios must stay small
+// and flat from a thousand to a million commands; the million is left out of the smoke run.
+#include <benchmark/benchmark.h>
+
+#include <ctime>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "ZentuCmdContainer.h"
+#include "ZentuCmdDefs.h"
+#include "ZentuCmdIoConfig.h"
+#include "ZentuCmdItemDefs.h"
+#include "ZentuCmdItemMetaData.h"
+#include "ZentuCmdMetaData.h"
+#include "ZentuCmdParOutput.h"
+#include "ZentuParFileAdapter.h"
+#include "job_files.h"
+#include "job_generator.h"
+
+namespace {
+
+using ZentuJobGenerator::ExpressionRule;
+
+// The processor time of this process in seconds; unlike the time on the wall it does not grow
+// when other programs share the machine.
+double processor_seconds() {
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+// The processor seconds that work takes.
+template <typename Work>
+double seconds_of(Work work) {
+    const double start = processor_seconds();
+    work();
+    return processor_seconds() - start;
+}
+
+// The raw reading that a job is compared with: every line of the file, read and dropped.
+std::size_t scan_lines(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::string line;
+    std::size_t lines = 0;
+    while (std::getline(file, line)) {
+        ++lines;
+    }
+    return lines;
+}
+
+// The whole file as one text.
+std::string file_text(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// Writes text with a single fwrite, the raw writing that the writer is compared with.
+void write_raw(const std::filesystem::path& path, const std::string& text) {
+    std::FILE* file = std::fopen(path.c_str(), "wb");
+    std::fwrite(text.data(), 1, text.size(), file);
+    std::fclose(file);
+}
+
+// The job read and completed as a host reads it: with the schema and the expression rule.
+void read_job(const std::filesystem::path& path, ZentuCmdContainer& container) {
+    ZentuParFileAdapter(path.wstring(), ZentuJobGenerator::job_config(ExpressionRule::REGISTERED))
+        .Parse(container);
+}
+
+// The size of the job that the benchmark runs on, in commands.
+std::size_t command_count(const benchmark::State& state) {
+    return static_cast<std::size_t>(state.range(0));
+}
+
+// Reports the library's time against the raw time, and the library's time per command.
+void report_against_raw(benchmark::State& state, double librarySeconds, double rawSeconds,
+                        const char* ratioName) {
+    state.counters[ratioName] = librarySeconds / rawSeconds;
+    state.counters["us_per_command"] =
+        librarySeconds * 1e6 / static_cast<double>(state.iterations() * state.range(0));
+}
+
+// Reading and completing against reading the lines of the same file; the time shown is reading's.
+void BM_ReadAgainstLineScan(benchmark::State& state) {
+    const std::filesystem::path path = JobFiles::Instance().Job(command_count(state));
+    double readSeconds = 0.0;
+    double scanSeconds = 0.0;
+    for (auto _ : state) {
+        scanSeconds += seconds_of([&path] { benchmark::DoNotOptimize(scan_lines(path)); });
+        ZentuCmdContainer container;
+        const double seconds = seconds_of([&] { read_job(path, container); });
+        readSeconds += seconds;
+        state.SetIterationTime(seconds);
+    }
+    report_against_raw(state, readSeconds, scanSeconds, "x_line_scan");
+}
+
+// Writing a completed job against one fwrite of the text that it writes; the time shown is
+// writing's.
+void BM_WriteAgainstFwrite(benchmark::State& state) {
+    ZentuCmdContainer container;
+    read_job(JobFiles::Instance().Job(command_count(state)), container);
+    const std::filesystem::path written = JobFiles::Instance().Scratch("written.par");
+    const std::filesystem::path raw = JobFiles::Instance().Scratch("raw.par");
+    const ZentuCmdParOutput writer(written.wstring(), container,
+                                   ZentuCmdDefs::get_default_cmd_names(),
+                                   ZentuCmdItemDefs::CMD_ITEM_NAMES);
+    writer.Write(L"w");
+    const std::string text = file_text(written);
+    double writeSeconds = 0.0;
+    double rawSeconds = 0.0;
+    for (auto _ : state) {
+        // Both write new files: rewriting one in place makes some file systems flush it on close.
+        std::filesystem::remove(raw);
+        std::filesystem::remove(written);
+        rawSeconds += seconds_of([&] { write_raw(raw, text); });
+        const double seconds = seconds_of([&writer] { writer.Write(L"w"); });
+        writeSeconds += seconds;
+        state.SetIterationTime(seconds);
+    }
+    report_against_raw(state, writeSeconds, rawSeconds, "x_fwrite");
+}
+
+// The peak resident memory, in bytes, of a fresh process that reads and completes the file.
+std::int64_t peak_of_reading(const std::filesystem::path& path) {
+    const std::string command = std::string(ZENTU_READ_JOB_PROGRAM) + " '" + path.string() + "'";
+    std::FILE* output = popen(command.c_str(), "r");
+    long long peak = -1;
+    if (output == nullptr || std::fscanf(output, "%lld", &peak) != 1) {
+        peak = -1;
+    }
+    if (output != nullptr && pclose(output) != 0) {
+        peak = -1;
+    }
+    return peak;
+}
+
+// The memory that reading and completing adds at its peak, against the size of the file.
+void BM_ReadPeakMemory(benchmark::State& state) {
+    const std::filesystem::path path = JobFiles::Instance().Job(command_count(state));
+    const std::filesystem::path empty = JobFiles::Instance().Scratch("empty.par");
+    write_raw(empty, "");
+    std::int64_t peak = 0;
+    for (auto _ : state) {
+        // A process that reads an empty file has the libraries' share, which is not the job's.
+        peak = peak_of_reading(path) - peak_of_reading(empty);
+    }
+    state.counters["peak_MB"] = static_cast<double>(peak) / 1e6;
+    state.counters["x_file_size"] =
+        static_cast<double>(peak) / static_cast<double>(std::filesystem::file_size(path));
+}
+
+// The sizes of the generated jobs, in commands.
+void job_sizes(benchmark::internal::Benchmark* family) {
+    family->Arg(1000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(BM_ReadAgainstLineScan)->Apply(job_sizes)->UseManualTime();
+BENCHMARK(BM_WriteAgainstFwrite)->Apply(job_sizes)->UseManualTime();
+BENCHMARK(BM_ReadPeakMemory)->Apply(job_sizes)->Iterations(1);
+
+}  // namespace
