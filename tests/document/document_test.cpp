@@ -12,13 +12,11 @@
 
 #include "ZentuJobSchema.h"
 #include "ZentuTypedJob.h"
+#include "document_test_support.h"
 
 namespace {
 
-std::string At(const ZentuTextRange& range) {
-    return std::to_string(range.line) + ":" + std::to_string(range.column) + "-" +
-           std::to_string(range.end_line) + ":" + std::to_string(range.end_column);
-}
+using zentu_test::At;
 
 std::string Index(std::size_t index) {
     return index == ZentuDocumentLine::NONE ? "-" : std::to_string(index);
@@ -52,8 +50,7 @@ std::vector<std::string> Outline(const ZentuJobDocument& document) {
 std::vector<std::string> FindingLines(const std::vector<ZentuFinding>& findings) {
     std::vector<std::string> lines;
     for (const ZentuFinding& finding : findings) {
-        lines.push_back(std::string(zentu_severity_name(finding.severity)) + " " + finding.code +
-                        " " + At(finding.range) + " " + finding.message);
+        lines.push_back(zentu_test::FindingLine(finding));
     }
     return lines;
 }
@@ -81,24 +78,24 @@ const std::vector<DocumentCase> kCases = {
     {"END_ outside a command is skipped",
      "END_\nDV\nend_\n",
      {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
-     {"error syntax 1:1-1:5 END_ outside a command"}},
+     {"syntax 1:1-1:5 END_ outside a command"}},
     {"an item line outside a command is skipped",
      "  A = 1 \nDV\nEND_",
      {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
-     {"error syntax 1:3-1:8 item line outside a command: 'A = 1'"}},
+     {"syntax 1:3-1:8 item line outside a command: 'A = 1'"}},
     {"a command line of two words is skipped",
      "DV  X\n",
      {"lines -.-"},
-     {"error syntax 1:1-1:6 a command line must hold one word: 'DV  X'"}},
+     {"syntax 1:1-1:6 a command line must hold one word: 'DV  X'"}},
     {"a keyword with a control character is skipped",
      "D\x01V\nDV\nEND_",
      {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
-     {"error syntax 1:1-1:4 a command keyword must not hold control characters: 'D\\x01V'"}},
+     {"syntax 1:1-1:4 a command keyword must not hold control characters: 'D\\x01V'"}},
     {"a keyword of the schema closes the command left open",
      "GROUP_DEF\n  ID_NAME = g\nDV\n  ID_NAME = d\nEND_\n",
      {"GROUP_DEF 1:1-1:10 end 0", "  ID_NAME 2:3-2:10 = g 2:13-2:14 lines 2-2", "DV 3:1-3:3 end 5",
       "  ID_NAME 4:3-4:10 = d 4:13-4:14 lines 4-4", "lines 0.- 0.0 1.- 1.0 1.-"},
-     {"error syntax 1:1-1:10 command GROUP_DEF opened on line 1 has no END_ before the next "
+     {"syntax 1:1-1:10 command GROUP_DEF opened on line 1 has no END_ before the next "
       "command DV"}},
     {"a keyword that names an item of the open command stays an item",
      "OPTIMIZE\n  dv\n    d1\nEND_\n",
@@ -107,12 +104,12 @@ const std::vector<DocumentCase> kCases = {
     {"a file that ends inside a command keeps the command",
      "DV\n  ID_NAME = d  ",
      {"DV 1:1-1:3 end 0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2", "lines 0.- 0.0"},
-     {"error syntax 2:16-2:16 the file ends inside command DV opened on line 1"}},
+     {"syntax 2:16-2:16 the file ends inside command DV opened on line 1"}},
     {"CR LF line ends stay out of every range",
      "DV\r\n  ID_NAME = d\r\n  NOTE\r\n\r\n    1-5\r\n",
      {"DV 1:1-1:3 end 0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2",
       "  NOTE 3:3-3:7 : |1-5 4:1-5:8 lines 3-5", "lines 0.- 0.0 0.1 0.1 0.1"},
-     {"error syntax 5:8-5:8 the file ends inside command DV opened on line 1"}},
+     {"syntax 5:8-5:8 the file ends inside command DV opened on line 1"}},
     {"a byte-order mark is not a column",
      "\xEF\xBB\xBF"
      "DV\nEND_",
@@ -155,8 +152,8 @@ TEST(JobDocument, ReadsAFileAsItsTextAndAnUnreadableOneAsAnIoFinding) {
     EXPECT_EQ(Outline(read), kCases[1].outline);
 
     const std::pair<std::string, std::string> unreadable[] = {
-        {path, "error io 1:1-1:1 cannot be opened: No such file or directory"},
-        {::testing::TempDir(), "error io 1:1-1:1 is a directory"}};
+        {path, "io 1:1-1:1 cannot be opened: No such file or directory"},
+        {::testing::TempDir(), "io 1:1-1:1 is a directory"}};
     for (const auto& [missing, finding] : unreadable) {
         const ZentuJobDocument document = ZentuJobDocument::FromFile(missing);
         EXPECT_EQ(document.Text(), "");

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,6 +15,7 @@
 #include "ZentuCmd.h"
 #include "ZentuParFileAdapter.h"
 #include "ZentuStringUtil.h"
+#include "document_test_support.h"
 #include "job_generator.h"
 
 namespace {
@@ -114,71 +114,51 @@ TEST(TypedJob, GeneratedJobsReadAsTheReaderReadsThem) {
     }
 }
 
-// A dense job that a rule completes: a default command, a generated operator, references.
+// What the texts below refer to: a group and two responses.
 const char* const kResponses =
     "GROUP_DEF\n  ID_NAME = design\nEND_\n"
     "DRESP\n  ID_NAME = mass\n  TYPE = VOLUME\nEND_\n"
     "DRESP\n  ID_NAME = disp\n  TYPE = DISP_ABS\nEND_\n";
 
+// A small bad text and the one finding of its code that reading it gives.
 struct LocatedCase {
-    const char* what;
     std::string text;
-    const char* code;
-    // "line:column-line:column message => suggestion", the suggestion only when there is one.
-    std::vector<std::string> findings;
+    std::string finding;
 };
 
-const std::vector<LocatedCase> kLocated = {
-    {"unknown command",
-     "DVV\nEND_\n",
-     ZentuFindingCodes::UNKNOWN_COMMAND,
-     {"1:1-1:4 the schema describes no command 'DVV'; did you mean 'DV'? => DV"}},
-    {"unknown item",
-     "DV\n  ID_NAME = d1\n  LOWR = 0.1\nEND_\n",
-     ZentuFindingCodes::UNKNOWN_ITEM,
-     {"3:3-3:7 Unknown item 'LOWR' found in command DV with ID_NAME d1; did you mean 'LOWER'? "
-      "=> LOWER"}},
-    {"bad value",
-     "DV\n  ID_NAME = d1\n  LOWER =  0.1x \nEND_\n",
-     ZentuFindingCodes::BAD_VALUE,
-     {"3:12-3:16 The item LOWER has an invalid type. '0.1x' must be a scalar value."}},
-    {"dangling reference",
-     std::string(kResponses) + "DV\n  GROUP = desing\nEND_\n",
-     ZentuFindingCodes::DANGLING_REFERENCE,
-     {"13:11-13:17 DV: GROUP 'DESING' names no command; did you mean 'DESIGN'? => DESIGN"}},
-    {"expression naming no response",
-     std::string(kResponses) + "OPERATOR\n  ID_NAME = o\n  ADD_FILE = 2 * %mass% - %dips%\nEND_\n",
-     ZentuFindingCodes::EXPRESSION_SYNTAX,
-     {"14:27-14:33 %dips% in the expression names no DRESP or OPERATOR command; did you mean "
-      "%DISP%? => %DISP%"}},
-    {"lower-case keyword",
-     "dv\n  ID_NAME = d1\n  TYPE = NODAL\nEND_\n",
-     ZentuFindingCodes::KEYWORD_CASE,
-     {"1:1-1:3 the rules look command keywords up as written, and 'dv' is not in upper case: "
-      "Configuration for dv of type 3 not available. => DV"}},
+const LocatedCase kLocated[] = {
+    {"DVV\nEND_\n",
+     "unknown-command 1:1-1:4 the schema describes no command 'DVV'; did you mean 'DV'? => DV"},
+    {"DV\n  ID_NAME = d1\n  LOWR = 0.1\nEND_\n",
+     "unknown-item 3:3-3:7 Unknown item 'LOWR' found in command DV with ID_NAME d1; did you mean "
+     "'LOWER'? => LOWER"},
+    {"DV\n  ID_NAME = d1\n  LOWER =  0.1x \nEND_\n",
+     "bad-value 3:12-3:16 The item LOWER has an invalid type. '0.1x' must be a scalar value."},
+    {std::string(kResponses) + "DV\n  GROUP = desing\nEND_\n",
+     "dangling-reference 13:11-13:17 DV: GROUP 'DESING' names no command; did you mean 'DESIGN'? "
+     "=> DESIGN"},
+    {std::string(kResponses) + "OPERATOR\n  ID_NAME = o\n  ADD_FILE = 2 * %mass% - %dips%\nEND_\n",
+     "expression-syntax 14:27-14:33 %dips% in the expression names no DRESP or OPERATOR command; "
+     "did you mean %DISP%? => %DISP%"},
+    {"dv\n  ID_NAME = d1\n  TYPE = NODAL\nEND_\n",
+     "keyword-case 1:1-1:3 the rules look command keywords up as written, and 'dv' is not in upper "
+     "case: Configuration for dv of type 3 not available. => DV"},
 };
-
-std::vector<std::string> LocatedLines(const ZentuTypedJob& job, const std::string& code) {
-    std::vector<std::string> lines;
-    for (const ZentuFinding& finding : job.Findings()) {
-        if (finding.code == code) {
-            const ZentuTextRange& r = finding.range;
-            lines.push_back(std::to_string(r.line) + ":" + std::to_string(r.column) + "-" +
-                            std::to_string(r.end_line) + ":" + std::to_string(r.end_column) + " " +
-                            finding.message +
-                            (finding.suggestion ? " => " + *finding.suggestion : ""));
-        }
-    }
-    return lines;
-}
 
 TEST(TypedJob, LocatesWhatTypingAndCompletingFind) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
     for (const LocatedCase& c : kLocated) {
-        SCOPED_TRACE(c.what);
+        SCOPED_TRACE(c.finding);
+        const std::string code = c.finding.substr(0, c.finding.find(' '));
         const ZentuTypedJob job =
             ZentuTypedJob::ReadText(c.text, "job.par", schema, ZentuCompletion::FULL);
-        EXPECT_EQ(LocatedLines(job, c.code), c.findings);
+        std::vector<std::string> found;
+        for (const ZentuFinding& finding : job.Findings()) {
+            if (finding.code == code) {
+                found.push_back(zentu_test::FindingLine(finding));
+            }
+        }
+        EXPECT_EQ(found, std::vector<std::string>{c.finding});
     }
 }
 

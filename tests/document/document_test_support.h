@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "ZentuFinding.h"
+
+namespace zentu_test {
+
+// A range as "line:column-line:column".
+inline std::string At(const ZentuTextRange& range) {
+    return std::to_string(range.line) + ":" + std::to_string(range.column) + "-" +
+           std::to_string(range.end_line) + ":" + std::to_string(range.end_column);
+}
+
+// A finding as one line, "code at message", then " => suggestion" when it has one.
+inline std::string FindingLine(const ZentuFinding& finding) {
+    return finding.code + " " + At(finding.range) + " " + finding.message +
+           (finding.suggestion ? " => " + *finding.suggestion : "");
+}
+
+}  // namespace zentu_test
