@@ -46,6 +46,8 @@ inline constexpr const char* EXPRESSION_PART_UNSUPPORTED =
     "the expansion into weighted responses drops %s: '%s'";
 inline constexpr const char* EXPRESSION_MISMATCH = "expands to %s but reads %s";
 inline constexpr const char* EXPRESSION_MEANT = "; write it as %s";
+inline constexpr const char* EXPRESSION_TOO_DEEP =
+    "the expression nests %zu levels deep, more than the %zu that are expanded";
 
 // What reads fine but is wrong.
 inline constexpr const char* DUPLICATE_IDENTIFIER =

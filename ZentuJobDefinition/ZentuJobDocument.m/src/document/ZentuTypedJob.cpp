@@ -11,6 +11,7 @@
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuDrespExpressionParser.h"
+#include "checks/ZentuExpressionArithmetic.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuMathExpressions.h"
@@ -57,6 +58,17 @@ std::string did_you_mean(const std::string& meant, const std::string& quote) {
 
 std::optional<std::string> suggestion_of(const std::string& meant) {
     return meant.empty() ? std::nullopt : std::optional<std::string>(meant);
+}
+
+// How deep the parentheses of an expression nest.
+std::size_t nesting_of(const std::string& text) {
+    std::size_t depth = 0;
+    std::size_t deepest = 0;
+    for (const char c : text) {
+        depth = c == '(' ? depth + 1 : (c == ')' && depth > 0 ? depth - 1 : depth);
+        deepest = std::max(deepest, depth);
+    }
+    return deepest;
 }
 
 bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
@@ -206,6 +218,16 @@ class ZentuTypedJobReader {
                          const std::unordered_set<std::string>& responses) {
         const std::string& text = expression.GetString();
         const ZentuOrigin origin = job_.OriginOf(command, expression);
+        if (const std::size_t depth = nesting_of(text);
+            depth > ZentuExpressionArithmetic::MAX_DEPTH) {
+            // Each level becomes a generated operator whose name holds the levels inside it, so
+            // a deep expression would cost time and memory that grow with the square of it.
+            Report(ZentuFindingCodes::EXPRESSION_UNSUPPORTED,
+                   KPL_Failure::Format(Messages::EXPRESSION_TOO_DEEP, depth,
+                                       ZentuExpressionArithmetic::MAX_DEPTH),
+                   ValueRange(origin, 0, text.size()));
+            return true;
+        }
         for (std::size_t open = text.find(REFERENCE_MARK); open != std::string::npos;) {
             const std::size_t close = text.find(REFERENCE_MARK, open + 1);
             if (close == std::string::npos) {
@@ -259,12 +281,18 @@ class ZentuTypedJobReader {
         return identifiers;
     }
 
-    std::string ClosestIdentifier(const std::string& text) const {
-        std::vector<std::string> identifiers;
-        for (const ZentuCmd& command : job_.container_) {
-            identifiers.push_back(identifier_of(command));
+    // The identifier that text most probably meant. The identifiers are gathered once, each
+    // once, so that a file of many references and many commands stays fast.
+    std::string ClosestIdentifier(const std::string& text) {
+        if (!identifiers_) {
+            std::unordered_set<std::string> unique;
+            for (const ZentuCmd& command : job_.container_) {
+                unique.insert(identifier_of(command));
+            }
+            identifiers_.emplace(unique.begin(), unique.end());
+            std::sort(identifiers_->begin(), identifiers_->end());
         }
-        return ZentuSuggestion::closest(text, identifiers);
+        return ZentuSuggestion::closest(text, *identifiers_);
     }
 
     void Complete() {
@@ -391,6 +419,8 @@ class ZentuTypedJobReader {
     const ZentuCmdMetaData unknownCommand_;
     // The reference items read from the file, which CheckReferences judges.
     std::unordered_set<const ZentuCmdItem*> references_;
+    // The identifiers of the completed job, sorted, once asked for.
+    std::optional<std::vector<std::string>> identifiers_;
 };
 
 ZentuTypedJob::ZentuTypedJob(ZentuJobDocument document, const ZentuJobSchema& schema,
