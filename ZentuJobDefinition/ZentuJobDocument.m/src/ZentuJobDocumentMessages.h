@@ -68,4 +68,25 @@ inline constexpr const char* LIST_ELEMENT_NAMES_NO_COMMAND = "%s '%s' names no %
 inline constexpr const char* UNUSED_COMMAND =
     "%s '%s' is not used: no objective, constraint, operator or optimisation refers to it";
 
+// What writing a job in the library writer's layout would lose: verbs, the things counted (an
+// "s" is added for more than one), and where they are.
+inline constexpr const char* LOSS_DROP = "drop";
+inline constexpr const char* LOSS_REWRITE = "rewrite";
+inline constexpr const char* LOSS_CUT = "cut";
+inline constexpr const char* LOSS_COMMENT_LINE = "comment line";
+inline constexpr const char* LOSS_UNDESCRIBED_COMMAND = "undescribed command";
+inline constexpr const char* LOSS_UNDESCRIBED_ITEM = "undescribed item";
+inline constexpr const char* LOSS_NUMBER_TEXT = "number text";
+inline constexpr const char* LOSS_VALUE = "value";
+inline constexpr const char* LOSS_PLURAL = "s";
+inline constexpr const char* LOSS_COUNT = "%zu %s%s";
+inline constexpr const char* LOSS_LINE = "line %zu";
+inline constexpr const char* LOSS_LINES = "lines ";
+inline constexpr const char* LOSS_REWRITTEN = "line %zu: %s -> %s";
+inline constexpr const char* LOSS_PLACES = " (%s)";
+// Joins the parts of a list, and its last part; ends a list cut short.
+inline constexpr const char* LIST_SEPARATOR = ", ";
+inline constexpr const char* LIST_LAST_SEPARATOR = " and ";
+inline constexpr const char* LIST_CUT_SHORT = ", ...";
+
 }  // namespace ZentuJobDocumentMessages
