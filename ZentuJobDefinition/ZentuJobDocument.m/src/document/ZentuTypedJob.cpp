@@ -1,6 +1,8 @@
 #include "ZentuTypedJob.h"
 
 #include <algorithm>
+#include <array>
+#include <bitset>
 #include <unordered_set>
 #include <utility>
 
@@ -11,12 +13,12 @@
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuDrespExpressionParser.h"
-#include "checks/ZentuExpressionArithmetic.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuMathExpressions.h"
 #include "ZentuStringUtil.h"
 #include "ZentuSuggestion.h"
+#include "checks/ZentuExpressionArithmetic.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -87,6 +89,7 @@ class ZentuTypedJobReader {
 
     void Read(ZentuCompletion completion) {
         const auto& commands = job_.document_.Commands();
+        ReserveOrigins();
         for (std::size_t index = 0; index < commands.size(); ++index) {
             ReadCommand(index);
         }
@@ -96,7 +99,6 @@ class ZentuTypedJobReader {
         if (completion == ZentuCompletion::FULL && readable) {
             CheckExpressions();
             Complete();
-            ForgetErasedItems();
             TraceGeneratedCommands();
             CheckReferences();
             ZentuJobChecks::run_all(job_, schema_, job_.findings_);
@@ -108,6 +110,16 @@ class ZentuTypedJobReader {
     }
 
   private:
+    // Room for the origin of every command and item of the file, taken at once.
+    void ReserveOrigins() {
+        std::size_t items = 0;
+        for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
+            items += command.items.size();
+        }
+        job_.commandOrigins_.reserve(job_.document_.Commands().size());
+        job_.itemOrigins_.reserve(items);
+    }
+
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
         return job_.document_.Commands()[index];
     }
@@ -165,6 +177,7 @@ class ZentuTypedJobReader {
             job_.itemOrigins_[item.get()] = ZentuOrigin{commandIndex, itemIndex};
             if (found->second.type == DataType::REFERENCE) {
                 references_.insert(item.get());
+                referenceKinds_.set(static_cast<std::size_t>(found->second.key));
             }
             command.AddItem(found->second.key, std::move(item));
         } catch (const KPL_Exception& refusal) {
@@ -297,9 +310,13 @@ class ZentuTypedJobReader {
 
     void Complete() {
         try {
+            std::array<std::size_t, ZentuCmdDefs::CMD_KIND_COUNT> before{};
+            for (std::size_t kind = 0; kind < before.size(); ++kind) {
+                before[kind] = job_.container_.GetNumberOfCommands(static_cast<Cmd>(kind));
+            }
             ZentuCmdContainerRules::create_default_commands(job_.container_, config_.cmd_metadata,
                                                             config_.enum_map);
-            MarkDefaultCommands();
+            MarkDefaultCommands(before);
             job_.container_.CreateReferences();
             const ZentuBoundRules::Scope rules(schema_.BoundRules());
             ZentuCmdContainerRules::apply_rules(job_.container_, config_);
@@ -328,41 +345,23 @@ class ZentuTypedJobReader {
     }
 
     // Default commands come from the schema, not from the file: they stay without origin, also
-    // when a command of the file refers to them.
-    void MarkDefaultCommands() {
-        for (const ZentuCmd& command : job_.container_) {
-            job_.commandOrigins_.try_emplace(&command);
-        }
-    }
-
-    // A rule may erase an item of the file (the expression rule erases the expression) and add
-    // one that takes the freed address; an origin stays only with an item that still bears the
-    // name written there.
-    void ForgetErasedItems() {
-        std::unordered_map<const ZentuCmdItem*, ZentuOrigin> kept;
-        for (const ZentuCmd& command : job_.container_) {
-            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
-                    const auto found = job_.itemOrigins_.find(item.get());
-                    if (found != job_.itemOrigins_.end() &&
-                        ZentuStringUtil::equals_ignoring_case(WrittenItem(found->second).name,
-                                                              item->GetName())) {
-                        kept.insert(*found);
-                    }
-                }
+    // when a command of the file refers to them. They follow the commands of their kind that were
+    // there before.
+    void MarkDefaultCommands(const std::array<std::size_t, ZentuCmdDefs::CMD_KIND_COUNT>& before) {
+        for (std::size_t kind = 0; kind < before.size(); ++kind) {
+            const auto& commands = job_.container_.GetCommands(static_cast<Cmd>(kind));
+            for (std::size_t index = before[kind]; index < commands.size(); ++index) {
+                job_.commandOrigins_.try_emplace(commands[index].get());
             }
         }
-        job_.itemOrigins_ = std::move(kept);
-    }
-
-    // The item of the file that an origin names.
-    const ZentuDocumentItem& WrittenItem(const ZentuOrigin& origin) const {
-        return DocumentCommand(origin.command).items[origin.item];
     }
 
     // Commands that rules generated take the origin of the first traced command that refers to
     // them, so that what is said about them points at what made them.
     void TraceGeneratedCommands() {
+        if (CommandCount() == job_.commandOrigins_.size()) {
+            return;  // every command comes from the file or is a default: none was generated
+        }
         std::vector<const ZentuCmd*> traced;
         for (const ZentuCmd& command : job_.container_) {
             if (job_.OriginOf(command).command != ZentuOrigin::NONE) {
@@ -372,7 +371,7 @@ class ZentuTypedJobReader {
         for (std::size_t next = 0; next < traced.size(); ++next) {
             const ZentuCmd& command = *traced[next];
             for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                     const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
                     if (target != nullptr && job_.commandOrigins_.count(target) == 0) {
                         job_.commandOrigins_[target] = job_.OriginOf(command, *item);
@@ -383,18 +382,35 @@ class ZentuTypedJobReader {
         }
     }
 
+    // How many commands the container holds, of every kind.
+    std::size_t CommandCount() const {
+        std::size_t count = 0;
+        for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
+            count += job_.container_.GetNumberOfCommands(static_cast<Cmd>(kind));
+        }
+        return count;
+    }
+
     void CheckReferences() {
         for (const ZentuCmd& command : job_.container_) {
-            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+            for (std::size_t kind = 0; kind < referenceKinds_.size(); ++kind) {
+                if (!referenceKinds_.test(kind)) {
+                    continue;
+                }
+                for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                     CheckReference(command, *item);
                 }
             }
         }
     }
 
+    // An item that took the place of an erased reference of the file is no reference of the file.
     void CheckReference(const ZentuCmd& command, const ZentuCmdItem& item) {
         if (references_.count(&item) == 0) {
+            return;
+        }
+        const ZentuOrigin origin = job_.OriginOf(command, item);
+        if (origin.item == ZentuOrigin::NONE) {
             return;
         }
         if (item.HasReference()) {
@@ -404,7 +420,6 @@ class ZentuTypedJobReader {
         ++job_.unresolved_;
         const std::string identifier = identifier_of(command);
         const std::string meant = ClosestIdentifier(item.GetString());
-        const ZentuOrigin origin = job_.OriginOf(command, item);
         Report(ZentuFindingCodes::DANGLING_REFERENCE,
                KPL_Failure::Format(Messages::REFERENCE_NAMES_NO_COMMAND, command.GetName().c_str(),
                                    identifier.empty() ? "" : (" '" + identifier + "'").c_str(),
@@ -419,6 +434,8 @@ class ZentuTypedJobReader {
     const ZentuCmdMetaData unknownCommand_;
     // The reference items read from the file, which CheckReferences judges.
     std::unordered_set<const ZentuCmdItem*> references_;
+    // The item kinds that hold them, the only ones that CheckReferences looks at.
+    std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<std::vector<std::string>> identifiers_;
 };
@@ -465,7 +482,14 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
+    // A rule may erase an item of the file (the expression rule erases the expression) and add one
+    // that takes the freed address: an origin holds only for an item that bears the name written.
     const auto found = itemOrigins_.find(&item);
-    return found != itemOrigins_.end() ? found->second
-                                       : ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
+    if (found != itemOrigins_.end() &&
+        ZentuStringUtil::equals_ignoring_case(
+            document_.Commands()[found->second.command].items[found->second.item].name,
+            item.GetName())) {
+        return found->second;
+    }
+    return ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
 }
