@@ -10,6 +10,7 @@
 #include "Dump.h"
 #include "Expand.h"
 #include "Format.h"
+#include "Graph.h"
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
 #include "SchemaCommand.h"
@@ -56,6 +57,7 @@ int main(int argc, char** argv) {
     subcommands.push_back(std::make_unique<ExpandCommand>(app));
     subcommands.push_back(std::make_unique<DumpCommand>(app));
     subcommands.push_back(std::make_unique<SchemaCommand>(app));
+    subcommands.push_back(std::make_unique<GraphCommand>(app));
 
     try {
         app.parse(argc, argv);

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "ZentuJobDocumentExport.h"
 
@@ -63,9 +64,12 @@ inline constexpr const char* INTEGER_LIST = "integer-list";
 inline constexpr const char* MISSING_ITEM = "missing-item";
 inline constexpr const char* OUT_OF_RANGE = "out-of-range";
 inline constexpr const char* UNUSED_COMMAND = "unused-command";
+inline constexpr const char* REFERENCE_CYCLE = "reference-cycle";
 
 // The severity that findings of the code carry; ERROR for a code that is not in the table.
 ZENTU_JOB_DOCUMENT_API ZentuSeverity severity_of(const std::string& code);
+// Every code of the table, in its documented order, so that a report can list them all.
+ZENTU_JOB_DOCUMENT_API std::vector<std::string> all();
 }  // namespace ZentuFindingCodes
 
 // A finding of the code, with the code's severity.

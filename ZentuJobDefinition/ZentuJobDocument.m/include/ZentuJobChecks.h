@@ -23,9 +23,10 @@ ZENTU_JOB_DOCUMENT_API void check_expressions(const ZentuTypedJob& job,
 ZENTU_JOB_DOCUMENT_API void check_structure(const ZentuTypedJob& job, const ZentuJobSchema& schema,
                                             std::vector<ZentuFinding>& findings);
 
-// Responses, operators and design variables that nothing refers to.
-ZENTU_JOB_DOCUMENT_API void check_unused(const ZentuTypedJob& job, const ZentuJobSchema& schema,
-                                         std::vector<ZentuFinding>& findings);
+// Responses, operators and design variables that nothing refers to, and operators that refer
+// to themselves through others: both read off the reference graph.
+ZENTU_JOB_DOCUMENT_API void check_graph(const ZentuTypedJob& job, const ZentuJobSchema& schema,
+                                        std::vector<ZentuFinding>& findings);
 
 // Drops the findings that a comment "# zentu-cmd: ignore CODE[, CODE...]" on the line before a
 // command or item silences for the lines of that command or item.

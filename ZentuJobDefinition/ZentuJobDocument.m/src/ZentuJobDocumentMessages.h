@@ -65,6 +65,8 @@ inline constexpr const char* LIST_RANGE_BACKWARDS =
 inline constexpr const char* LIST_OVER_BOUND =
     "the list names %s numbers, more than the %s a list of numbers holds, so it reads as %s";
 inline constexpr const char* LIST_ELEMENT_NAMES_NO_COMMAND = "%s '%s' names no %s command";
+inline constexpr const char* REFERENCE_CYCLE =
+    "OPERATOR '%s' refers to itself through other operators (%s), so it cannot be evaluated";
 inline constexpr const char* UNUSED_COMMAND =
     "%s '%s' is not used: no objective, constraint, operator or optimisation refers to it";
 

@@ -7,5 +7,5 @@ void ZentuJobChecks::run_all(const ZentuTypedJob& job, const ZentuJobSchema& sch
                              std::vector<ZentuFinding>& findings) {
     check_expressions(job, findings);
     check_structure(job, schema, findings);
-    check_unused(job, schema, findings);
+    check_graph(job, schema, findings);
 }

@@ -14,6 +14,7 @@
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuJobSchema.h"
 #include "ZentuJobView.h"
+#include "ZentuReferenceGraph.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
 
@@ -392,69 +393,36 @@ void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSch
     }
 }
 
-namespace {
-
-// The commands that the elements of lists of references name.
-void add_list_uses(const ZentuTypedJob& job, const ZentuJobSchema& schema,
-                   std::unordered_set<const ZentuCmd*>& used) {
-    std::unordered_map<std::string, const ZentuCmd*> byIdentifier;
-    for (const ZentuCmd& command : job.Container()) {
-        if (command.HasItem(CmdItem::ID_NAME, 0)) {
-            byIdentifier.emplace(command.Item(CmdItem::ID_NAME, 0).GetString(), &command);
-        }
-    }
-    for (const ZentuDocumentCommand& command : job.Document().Commands()) {
-        const ZentuCommandSchema* described = schema.FindCommand(upper(command.keyword));
-        for (const ZentuDocumentItem& item : command.items) {
-            const ZentuItemSchema* description =
-                described != nullptr ? described->FindItem(upper(item.name)) : nullptr;
-            if (description == nullptr || description->type != DataType::LIST ||
-                description->references == Cmd::CMD_PLACEHOLDER) {
-                continue;
-            }
-            std::vector<std::string> elements;
-            ZentuStringUtil::Split(item.value, ",", elements);
-            for (std::string& element : elements) {
-                ZentuStringUtil::Trim(element);
-                const auto found = byIdentifier.find(upper(element));
-                if (found != byIdentifier.end()) {
-                    used.insert(found->second);
-                }
-            }
-        }
-    }
-}
-
-}  // namespace
-
-void ZentuJobChecks::check_unused(const ZentuTypedJob& job, const ZentuJobSchema& schema,
-                                  std::vector<ZentuFinding>& findings) {
-    std::unordered_set<const ZentuCmd*> used;
-    add_list_uses(job, schema, used);
-    for (const ZentuCmd& command : job.Container()) {
-        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
-                if (item->HasReference() && item->GetReference() != nullptr &&
-                    item->GetReference() != &command) {
-                    used.insert(item->GetReference());
-                }
-            }
-        }
-    }
-    const ZentuJobView view(job);
+void ZentuJobChecks::check_graph(const ZentuTypedJob& job, const ZentuJobSchema& schema,
+                                 std::vector<ZentuFinding>& findings) {
+    const ZentuReferenceGraph graph(job, schema);
     const auto& commands = job.Document().Commands();
-    for (std::size_t c = 0; c < commands.size(); ++c) {
-        const ZentuCmd* command = view.Command(c);
-        if (command == nullptr || used.count(command) != 0 || commands[c].IdName().empty()) {
-            continue;
+    const auto keyword_range = [&](const ZentuReferenceGraph::Node& node) {
+        return commands[job.OriginOf(*node.command).command].keyword_range;
+    };
+    for (const ZentuReferenceGraph::Node& node : graph.Nodes()) {
+        const bool counted =
+            node.kind == Cmd::DRESP || node.kind == Cmd::OPERATOR || node.kind == Cmd::DV;
+        if (counted && node.fromFile && !node.used && !node.identifier.empty()) {
+            findings.push_back(
+                zentu_finding(ZentuFindingCodes::UNUSED_COMMAND,
+                              KPL_Failure::Format(Messages::UNUSED_COMMAND, node.keyword.c_str(),
+                                                  node.identifier.c_str()),
+                              keyword_range(node)));
         }
-        const Cmd kind = command->GetType();
-        if (kind == Cmd::DRESP || kind == Cmd::OPERATOR || kind == Cmd::DV) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::UNUSED_COMMAND,
-                KPL_Failure::Format(Messages::UNUSED_COMMAND, commands[c].keyword.c_str(),
-                                    commands[c].IdName().c_str()),
-                commands[c].keyword_range));
+    }
+    for (const std::vector<std::size_t>& cycle : graph.OperatorCycles()) {
+        std::string path;
+        for (const std::size_t n : cycle) {
+            path += (path.empty() ? "" : " -> ") + graph.Nodes()[n].identifier;
+        }
+        const ZentuReferenceGraph::Node& first = graph.Nodes()[cycle.front()];
+        if (job.OriginOf(*first.command).command != ZentuOrigin::NONE) {
+            findings.push_back(
+                zentu_finding(ZentuFindingCodes::REFERENCE_CYCLE,
+                              KPL_Failure::Format(Messages::REFERENCE_CYCLE,
+                                                  first.identifier.c_str(), path.c_str()),
+                              keyword_range(first)));
         }
     }
 }

@@ -28,6 +28,7 @@ constexpr CodeSeverity kCodes[] = {
     {ZentuFindingCodes::MISSING_ITEM, ZentuSeverity::ERROR},
     {ZentuFindingCodes::OUT_OF_RANGE, ZentuSeverity::ERROR},
     {ZentuFindingCodes::UNUSED_COMMAND, ZentuSeverity::WARNING},
+    {ZentuFindingCodes::REFERENCE_CYCLE, ZentuSeverity::ERROR},
 };
 
 }  // namespace
@@ -51,6 +52,14 @@ ZentuSeverity ZentuFindingCodes::severity_of(const std::string& code) {
         }
     }
     return ZentuSeverity::ERROR;
+}
+
+std::vector<std::string> ZentuFindingCodes::all() {
+    std::vector<std::string> codes;
+    for (const CodeSeverity& entry : kCodes) {
+        codes.emplace_back(entry.code);
+    }
+    return codes;
 }
 
 ZentuFinding zentu_finding(const char* code, std::string message, const ZentuTextRange& range,

@@ -1,0 +1,212 @@
+#include "ZentuReferenceGraph.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+#include <unordered_map>
+
+#include "ZentuCmd.h"
+#include "ZentuCmdItem.h"
+#include "ZentuJobSchema.h"
+#include "ZentuStringUtil.h"
+#include "ZentuTypedJob.h"
+
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
+
+namespace {
+
+// The item an expansion gives each term, and the weight item that goes with it by position.
+constexpr std::string_view TERM_ITEM = "VARIABLE";
+constexpr std::string_view WEIGHT_ITEM = "WEIGHT";
+
+// Fill colours of the kinds, a light palette that keeps black text readable.
+constexpr std::array<const char*, 8> KIND_COLOURS = {"#dbe9f6", "#fde2c8", "#d9f0d3", "#f6d5e5",
+                                                     "#e8e0f5", "#fff3bf", "#d7f2f0", "#eeeeee"};
+
+std::string identifier_of(const ZentuCmd& command) {
+    return command.HasItem(CmdItem::ID_NAME, 0) ? command.Item(CmdItem::ID_NAME, 0).GetString()
+                                                : std::string();
+}
+
+// The weights that go with the expanded terms of a command, in order.
+std::vector<double> term_weights(const ZentuCmd& command) {
+    std::vector<double> weights;
+    for (const auto& item : command.Items(CmdItem::OBJ_FUNC)) {
+        if (item->GetName() == WEIGHT_ITEM && item->HasReal()) {
+            weights.push_back(item->GetReal());
+        }
+    }
+    return weights;
+}
+
+// A text as a DOT string: quotes and backslashes escaped, line feeds as DOT's line breaks.
+std::string dot_string(const std::string& text) {
+    std::string result = "\"";
+    for (const char c : text) {
+        if (c == '\n') {
+            result += "\\n";
+            continue;
+        }
+        if (c == '"' || c == '\\') {
+            result += '\\';
+        }
+        result += c;
+    }
+    return result + "\"";
+}
+
+}  // namespace
+
+ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJobSchema& schema) {
+    std::unordered_map<const ZentuCmd*, std::size_t> index;
+    std::unordered_map<std::string, std::size_t> byIdentifier;
+    for (const ZentuCmd& command : job.Container()) {
+        const ZentuOrigin origin = job.OriginOf(command);
+        Node node;
+        node.command = &command;
+        node.kind = command.GetType();
+        node.keyword = command.GetName();
+        node.identifier = identifier_of(command);
+        if (origin.command != ZentuOrigin::NONE) {
+            const ZentuDocumentCommand& read = job.Document().Commands()[origin.command];
+            node.line = read.line;
+            node.fromFile = read.keyword == command.GetName() && origin.item == ZentuOrigin::NONE;
+        }
+        index.emplace(&command, nodes_.size());
+        byIdentifier.emplace(node.identifier, nodes_.size());
+        nodes_.push_back(std::move(node));
+    }
+    for (const ZentuCmd& command : job.Container()) {
+        const std::size_t from = index.at(&command);
+        const std::vector<double> weights = term_weights(command);
+        std::size_t term = 0;
+        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+                const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
+                const auto found = index.find(target);
+                if (found == index.end() || target == &command) {
+                    continue;
+                }
+                std::string label = item->GetName();
+                if (label == TERM_ITEM && term < weights.size()) {
+                    label = ZentuStringUtil::String(weights[term++]);
+                }
+                edges_.push_back({from, found->second, label});
+            }
+        }
+        AddListEdges(command, from, schema, byIdentifier);
+    }
+    for (const Edge& edge : edges_) {
+        nodes_[edge.to].used = true;
+    }
+}
+
+void ZentuReferenceGraph::AddListEdges(
+    const ZentuCmd& command, std::size_t from, const ZentuJobSchema& schema,
+    const std::unordered_map<std::string, std::size_t>& byIdentifier) {
+    const ZentuCommandSchema* described =
+        schema.FindCommand(ZentuStringUtil::to_upper(command.GetName()));
+    if (described == nullptr) {
+        return;
+    }
+    for (const ZentuItemSchema& description : described->items) {
+        if (description.type != DataType::LIST || description.references == Cmd::CMD_PLACEHOLDER) {
+            continue;
+        }
+        for (const auto& item : command.Items(description.kind)) {
+            std::vector<std::string> elements;
+            ZentuStringUtil::Split(item->GetString(), ",", elements);
+            for (std::string& element : elements) {
+                ZentuStringUtil::Trim(element);
+                const auto target = byIdentifier.find(ZentuStringUtil::to_upper(element));
+                if (target != byIdentifier.end() && target->second != from) {
+                    edges_.push_back({from, target->second, item->GetName()});
+                }
+            }
+        }
+    }
+}
+
+std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() const {
+    std::vector<std::vector<std::size_t>> next(nodes_.size());
+    for (const Edge& edge : edges_) {
+        if (nodes_[edge.from].kind == Cmd::OPERATOR && nodes_[edge.to].kind == Cmd::OPERATOR) {
+            next[edge.from].push_back(edge.to);
+        }
+    }
+    // Depth-first search without recursion, so that a long chain of operators nests nothing.
+    enum class State { NEW, ON_PATH, DONE };
+    std::vector<State> state(nodes_.size(), State::NEW);
+    std::vector<std::vector<std::size_t>> cycles;
+    for (std::size_t start = 0; start < nodes_.size(); ++start) {
+        if (state[start] != State::NEW || nodes_[start].kind != Cmd::OPERATOR) {
+            continue;
+        }
+        std::vector<std::pair<std::size_t, std::size_t>> path = {{start, 0}};
+        state[start] = State::ON_PATH;
+        while (!path.empty()) {
+            auto& [node, edge] = path.back();
+            if (edge == next[node].size()) {
+                state[node] = State::DONE;
+                path.pop_back();
+                continue;
+            }
+            const std::size_t target = next[node][edge++];
+            if (state[target] == State::ON_PATH) {
+                std::vector<std::size_t> cycle;
+                auto begin = std::find_if(path.begin(), path.end(),
+                                          [&](const auto& step) { return step.first == target; });
+                for (; begin != path.end(); ++begin) {
+                    cycle.push_back(begin->first);
+                }
+                cycle.push_back(target);
+                cycles.push_back(std::move(cycle));
+            } else if (state[target] == State::NEW) {
+                state[target] = State::ON_PATH;
+                path.emplace_back(target, 0);
+            }
+        }
+    }
+    return cycles;
+}
+
+std::string ZentuReferenceGraph::ToDot() const {
+    std::ostringstream dot;
+    dot << "digraph job {\n  rankdir=LR;\n  graph [fontname=\"Helvetica\"];\n  node [shape=box, style=\"rounded,filled\", "
+           "fontname=\"Helvetica\"];\n  edge [fontname=\"Helvetica\", fontsize=10];\n";
+    for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
+        std::ostringstream members;
+        for (std::size_t n = 0; n < nodes_.size(); ++n) {
+            const Node& node = nodes_[n];
+            if (static_cast<std::size_t>(node.kind) != kind) {
+                continue;
+            }
+            std::string label = node.identifier.empty() ? node.keyword : node.identifier;
+            if (node.line != 0) {
+                label += "\nline " + std::to_string(node.line);
+            }
+            members << "    n" << n << " [label=" << dot_string(label) << ", fillcolor=\""
+                    << KIND_COLOURS[kind % KIND_COLOURS.size()] << "\""
+                    << (node.fromFile && !node.used &&
+                                (node.kind == Cmd::DRESP || node.kind == Cmd::OPERATOR ||
+                                 node.kind == Cmd::DV)
+                            ? ", style=\"rounded,filled,dashed\", color=\"#c0392b\""
+                            : "")
+                    << "];\n";
+        }
+        if (!members.str().empty()) {
+            dot << "  subgraph cluster_" << ZentuCmdDefs::CMD_NAMES[kind]
+                << " {\n    label=" << dot_string(ZentuCmdDefs::CMD_NAMES[kind])
+                << ";\n    style=dashed;\n    color=\"#999999\";\n"
+                << members.str() << "  }\n";
+        }
+    }
+    for (const Edge& edge : edges_) {
+        dot << "  n" << edge.from << " -> n" << edge.to << " [label=" << dot_string(edge.label)
+            << "];\n";
+    }
+    dot << "}\n";
+    return dot.str();
+}
