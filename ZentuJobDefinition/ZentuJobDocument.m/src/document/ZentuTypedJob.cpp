@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cstdint>
 #include <unordered_set>
 #include <utility>
 
@@ -73,6 +74,18 @@ std::size_t nesting_of(const std::string& text) {
     return deepest;
 }
 
+// The fewest slots of an origin table, a power of two.
+constexpr std::size_t MIN_ORIGIN_SLOTS = 16;
+
+// The slot of an address before probing. Objects are aligned, so the lowest bits say nothing;
+// the next ones keep objects allocated one after the other in neighbouring slots, so that walking a
+// job touches the table in order instead of at random; the high bits folded in keep objects far
+// apart from landing on one slot.
+std::size_t spread(const void* key) {
+    const std::uintptr_t bits = reinterpret_cast<std::uintptr_t>(key);
+    return static_cast<std::size_t>((bits >> 4) ^ (bits >> 24));
+}
+
 bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
     return std::tie(a.range.line, a.range.column) < std::tie(b.range.line, b.range.column);
 }
@@ -89,7 +102,7 @@ class ZentuTypedJobReader {
 
     void Read(ZentuCompletion completion) {
         const auto& commands = job_.document_.Commands();
-        ReserveOrigins();
+        ReserveItemOrigins();
         for (std::size_t index = 0; index < commands.size(); ++index) {
             ReadCommand(index);
         }
@@ -110,14 +123,14 @@ class ZentuTypedJobReader {
     }
 
   private:
-    // Room for the origin of every command and item of the file, taken at once.
-    void ReserveOrigins() {
+    // Room for the origin of every item of the file, taken at once: the items are many, the
+    // commands' table grows as it goes.
+    void ReserveItemOrigins() {
         std::size_t items = 0;
         for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
             items += command.items.size();
         }
-        job_.commandOrigins_.reserve(job_.document_.Commands().size());
-        job_.itemOrigins_.reserve(items);
+        job_.itemOrigins_.Reserve(items);
     }
 
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
@@ -139,7 +152,7 @@ class ZentuTypedJobReader {
         const ZentuCmdMetaData& description =
             found == config_.cmd_metadata.end() ? unknownCommand_ : found->second;
         ZentuCmd& command = job_.container_.CreateCommand(description.GetKey(), parsed.keyword);
-        job_.commandOrigins_[&command] = ZentuOrigin{index, ZentuOrigin::NONE};
+        job_.commandOrigins_.Insert(&command, ZentuOrigin{index, ZentuOrigin::NONE});
         for (std::size_t item = 0; item < parsed.items.size(); ++item) {
             ReadItem(index, item, description, command);
         }
@@ -174,7 +187,7 @@ class ZentuTypedJobReader {
         try {
             std::unique_ptr<ZentuCmdItem> item =
                 ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
-            job_.itemOrigins_[item.get()] = ZentuOrigin{commandIndex, itemIndex};
+            job_.itemOrigins_.Insert(item.get(), ZentuOrigin{commandIndex, itemIndex});
             if (found->second.type == DataType::REFERENCE) {
                 references_.insert(item.get());
                 referenceKinds_.set(static_cast<std::size_t>(found->second.key));
@@ -351,7 +364,7 @@ class ZentuTypedJobReader {
         for (std::size_t kind = 0; kind < before.size(); ++kind) {
             const auto& commands = job_.container_.GetCommands(static_cast<Cmd>(kind));
             for (std::size_t index = before[kind]; index < commands.size(); ++index) {
-                job_.commandOrigins_.try_emplace(commands[index].get());
+                job_.commandOrigins_.Insert(commands[index].get(), ZentuOrigin{});
             }
         }
     }
@@ -359,7 +372,7 @@ class ZentuTypedJobReader {
     // Commands that rules generated take the origin of the first traced command that refers to
     // them, so that what is said about them points at what made them.
     void TraceGeneratedCommands() {
-        if (CommandCount() == job_.commandOrigins_.size()) {
+        if (CommandCount() == job_.commandOrigins_.Size()) {
             return;  // every command comes from the file or is a default: none was generated
         }
         std::vector<const ZentuCmd*> traced;
@@ -373,8 +386,8 @@ class ZentuTypedJobReader {
             for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
                 for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                     const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                    if (target != nullptr && job_.commandOrigins_.count(target) == 0) {
-                        job_.commandOrigins_[target] = job_.OriginOf(command, *item);
+                    if (target != nullptr &&
+                        job_.commandOrigins_.Insert(target, job_.OriginOf(command, *item))) {
                         traced.push_back(target);
                     }
                 }
@@ -477,19 +490,68 @@ bool ZentuTypedJob::HasErrors() const {
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
-    const auto found = commandOrigins_.find(&command);
-    return found == commandOrigins_.end() ? ZentuOrigin{} : found->second;
+    const ZentuOrigin* found = commandOrigins_.Find(&command);
+    return found == nullptr ? ZentuOrigin{} : *found;
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
     // A rule may erase an item of the file (the expression rule erases the expression) and add one
     // that takes the freed address: an origin holds only for an item that bears the name written.
-    const auto found = itemOrigins_.find(&item);
-    if (found != itemOrigins_.end() &&
+    const ZentuOrigin* found = itemOrigins_.Find(&item);
+    if (found != nullptr &&
         ZentuStringUtil::equals_ignoring_case(
-            document_.Commands()[found->second.command].items[found->second.item].name,
-            item.GetName())) {
-        return found->second;
+            document_.Commands()[found->command].items[found->item].name, item.GetName())) {
+        return *found;
     }
     return ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
+}
+
+void ZentuOriginTable::Reserve(std::size_t count) {
+    std::size_t capacity = MIN_ORIGIN_SLOTS;
+    while (capacity < count * 2) {
+        capacity *= 2;
+    }
+    if (capacity > slots_.size()) {
+        Rehash(capacity);
+    }
+}
+
+bool ZentuOriginTable::Insert(const void* key, const ZentuOrigin& origin) {
+    if ((size_ + 1) * 2 > slots_.size()) {
+        Rehash(std::max(MIN_ORIGIN_SLOTS, slots_.size() * 2));
+    }
+    Slot& slot = slots_[SlotOf(key)];
+    if (slot.key == key) {
+        return false;
+    }
+    slot = Slot{key, origin};
+    ++size_;
+    return true;
+}
+
+const ZentuOrigin* ZentuOriginTable::Find(const void* key) const {
+    if (slots_.empty()) {
+        return nullptr;
+    }
+    const Slot& slot = slots_[SlotOf(key)];
+    return slot.key == key ? &slot.origin : nullptr;
+}
+
+void ZentuOriginTable::Rehash(std::size_t capacity) {
+    std::vector<Slot> entries = std::exchange(slots_, std::vector<Slot>(capacity));
+    size_ = 0;
+    for (const Slot& entry : entries) {
+        if (entry.key != nullptr) {
+            Insert(entry.key, entry.origin);
+        }
+    }
+}
+
+std::size_t ZentuOriginTable::SlotOf(const void* key) const {
+    const std::size_t mask = slots_.size() - 1;
+    std::size_t slot = spread(key) & mask;
+    while (slots_[slot].key != nullptr && slots_[slot].key != key) {
+        slot = (slot + 1) & mask;
+    }
+    return slot;
 }
