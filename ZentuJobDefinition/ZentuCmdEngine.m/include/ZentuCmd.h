@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -86,26 +87,51 @@ class ZENTU_CMD_ENGINE_API ZentuCmd {
     void CopyItemsFrom(const ZentuCmd& other);
 
     // The item at index; index must be below the number of items of the kind.
-    ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index);
+    ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index) {
+        assert(HasItem(item, index));
+        return *(*Find(item))[index];
+    }
     // The item at index; index must be below the number of items of the kind.
-    const ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index) const;
+    const ZentuCmdItem& Item(ZentuCmdItemDefs::CmdItem item, std::size_t index) const {
+        assert(HasItem(item, index));
+        return *(*Find(item))[index];
+    }
     // Whether the command holds an item of the kind at index.
-    bool HasItem(ZentuCmdItemDefs::CmdItem item, std::size_t index) const;
+    bool HasItem(ZentuCmdItemDefs::CmdItem item, std::size_t index) const {
+        const ItemSequence* sequence = Find(item);
+        return sequence != nullptr && index < sequence->size();
+    }
     // The items of the kind themselves (not a copy), seen as read-only items.
     const ConstItemSequence& Items(ZentuCmdItemDefs::CmdItem item) const;
 
     // The first item of the kind.
-    iterator begin(ZentuCmdItemDefs::CmdItem item);
+    iterator begin(ZentuCmdItemDefs::CmdItem item) {
+        ItemSequence* sequence = Find(item);
+        return sequence != nullptr ? sequence->begin() : iterator();
+    }
     // The position past the last item of the kind.
-    iterator end(ZentuCmdItemDefs::CmdItem item);
+    iterator end(ZentuCmdItemDefs::CmdItem item) {
+        ItemSequence* sequence = Find(item);
+        return sequence != nullptr ? sequence->end() : iterator();
+    }
     // The first item of the kind.
-    const_iterator begin(ZentuCmdItemDefs::CmdItem item) const;
+    const_iterator begin(ZentuCmdItemDefs::CmdItem item) const {
+        const ItemSequence* sequence = Find(item);
+        return sequence != nullptr ? sequence->cbegin() : const_iterator();
+    }
     // The position past the last item of the kind.
-    const_iterator end(ZentuCmdItemDefs::CmdItem item) const;
+    const_iterator end(ZentuCmdItemDefs::CmdItem item) const {
+        const ItemSequence* sequence = Find(item);
+        return sequence != nullptr ? sequence->cend() : const_iterator();
+    }
     // The items of the kind as a range for a range-based for loop.
-    ZentuIteratorRange<iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item);
+    ZentuIteratorRange<iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item) {
+        return {begin(item), end(item)};
+    }
     // The items of the kind as a range for a range-based for loop.
-    ZentuIteratorRange<const_iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item) const;
+    ZentuIteratorRange<const_iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item) const {
+        return {begin(item), end(item)};
+    }
 
     // The command's name: the keyword it was read under, or its kind's name.
     const std::string& GetName() const { return name_; }
@@ -127,9 +153,17 @@ class ZENTU_CMD_ENGINE_API ZentuCmd {
     // The sequence of the kind, created empty the first time that it is needed.
     ItemSequence& Sequence(ZentuCmdItemDefs::CmdItem item) const;
     // The sequence of the kind, or null when the kind has never been needed.
-    ItemSequence* Find(ZentuCmdItemDefs::CmdItem item) const;
+    ItemSequence* Find(ZentuCmdItemDefs::CmdItem item) const {
+        assert(static_cast<std::size_t>(item) < positions_.size());
+        const std::size_t position = positions_[static_cast<std::size_t>(item)];
+        return position == 0 ? nullptr : &SequenceAt(position - 1);
+    }
     // The sequence at the position among those created.
-    ItemSequence& SequenceAt(std::size_t position) const;
+    ItemSequence& SequenceAt(std::size_t position) const {
+        return position < INLINE_KINDS ? inline_sequences_[position] : BlockSequence(position);
+    }
+    // The sequence at a position past the inline ones, its block allocated when first needed.
+    ItemSequence& BlockSequence(std::size_t position) const;
 
     // Sequences are created when a kind is first needed, also through the read-only Items(), so
     // that a view taken before the first item is added sees it; hence mutable.

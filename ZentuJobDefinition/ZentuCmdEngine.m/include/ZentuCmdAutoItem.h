@@ -63,6 +63,9 @@ class ZENTU_CMD_ENGINE_API ZentuCmdAutoItem : public ZentuCmdItem {
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
   private:
+    // Lets the library read the text in place where copying it would be its main cost.
+    friend struct ZentuOwnItems;
+
     bool Has(ZentuCmdItemDefs::DataType type) const;
     void Set(ZentuCmdItemDefs::DataType type);
     void ReadNumbers();

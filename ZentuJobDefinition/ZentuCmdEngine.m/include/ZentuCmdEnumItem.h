@@ -35,6 +35,9 @@ class ZENTU_CMD_ENGINE_API ZentuCmdEnumItem : public ZentuCmdItem {
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
   private:
+    // Lets the library read the text in place where copying it would be its main cost.
+    friend struct ZentuOwnItems;
+
     // Throws the refusal of text for the item name, listing the keywords that may be written.
     [[noreturn]] static void print_error_msg(const std::string& name, const std::string& text,
                                              const KeywordsDictionary<int>& keywords);

@@ -22,5 +22,8 @@ class ZENTU_CMD_ENGINE_API ZentuCmdRawStringItem : public ZentuCmdItem {
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
   private:
+    // Lets the library read the text in place where copying it would be its main cost.
+    friend struct ZentuOwnItems;
+
     std::string text_;
 };

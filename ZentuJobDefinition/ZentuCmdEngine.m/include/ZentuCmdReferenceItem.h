@@ -31,5 +31,9 @@ class ZENTU_CMD_ENGINE_API ZentuCmdReferenceItem : public ZentuCmdItem {
     std::unique_ptr<ZentuCmdItem> Clone() const override;
 
   private:
+    // Lets the library read the target's identifier in place where copying it would be its main
+    // cost.
+    friend struct ZentuOwnItems;
+
     const ZentuCmd* reference_;
 };

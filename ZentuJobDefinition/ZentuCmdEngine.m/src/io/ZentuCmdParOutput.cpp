@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "ZentuCmdItem_Util.h"
+#include "io/ZentuParItemText.h"
 
 ZentuCmdParOutput::ZentuCmdParOutput(
     const std::wstring& path, const ZentuCmdContainer& container,
@@ -24,9 +24,7 @@ std::array<std::string, 2> ZentuCmdParOutput::GetCommand(const ZentuCmd& cmd) co
 
 std::string ZentuCmdParOutput::GetItem(ZentuCmdItemDefs::CmdItem /*kind*/,
                                        const ZentuCmdItem& item) const {
-    // Integer lists and list values holding line breaks may span lines, so their value starts
-    // on a line of its own below the name.
-    const bool spansLines =
-        item.HasBreltList() || ZentuCmdItem_Util::has_item_list_with_char(item, '\n');
-    return item.GetName() + (spansLines ? "\n  " : " = ") + item.GetString();
+    std::string text;
+    ZentuParItemText::append(item, text);
+    return text;
 }

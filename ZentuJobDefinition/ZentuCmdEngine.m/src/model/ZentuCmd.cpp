@@ -153,51 +153,8 @@ void ZentuCmd::CopyItemsFrom(const ZentuCmd& other) {
     }
 }
 
-ZentuCmdItem& ZentuCmd::Item(CmdItem item, std::size_t index) {
-    assert(HasItem(item, index));
-    return *(*Find(item))[index];
-}
-
-const ZentuCmdItem& ZentuCmd::Item(CmdItem item, std::size_t index) const {
-    assert(HasItem(item, index));
-    return *(*Find(item))[index];
-}
-
-bool ZentuCmd::HasItem(CmdItem item, std::size_t index) const {
-    const ItemSequence* sequence = Find(item);
-    return sequence != nullptr && index < sequence->size();
-}
-
 const ZentuCmd::ConstItemSequence& ZentuCmd::Items(CmdItem item) const {
     return ZentuReadOnlyView::of(Sequence(item));
-}
-
-ZentuCmd::iterator ZentuCmd::begin(CmdItem item) {
-    ItemSequence* sequence = Find(item);
-    return sequence != nullptr ? sequence->begin() : iterator();
-}
-
-ZentuCmd::iterator ZentuCmd::end(CmdItem item) {
-    ItemSequence* sequence = Find(item);
-    return sequence != nullptr ? sequence->end() : iterator();
-}
-
-ZentuCmd::const_iterator ZentuCmd::begin(CmdItem item) const {
-    const ItemSequence* sequence = Find(item);
-    return sequence != nullptr ? sequence->cbegin() : const_iterator();
-}
-
-ZentuCmd::const_iterator ZentuCmd::end(CmdItem item) const {
-    const ItemSequence* sequence = Find(item);
-    return sequence != nullptr ? sequence->cend() : const_iterator();
-}
-
-ZentuIteratorRange<ZentuCmd::iterator> ZentuCmd::GetItemRange(CmdItem item) {
-    return {begin(item), end(item)};
-}
-
-ZentuIteratorRange<ZentuCmd::const_iterator> ZentuCmd::GetItemRange(CmdItem item) const {
-    return {begin(item), end(item)};
 }
 
 void ZentuCmd::SetName(const std::string& name) {
@@ -213,18 +170,9 @@ ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) const {
     return created;
 }
 
-ZentuCmd::ItemSequence* ZentuCmd::Find(CmdItem item) const {
-    assert(static_cast<std::size_t>(item) < positions_.size());
-    const std::size_t position = positions_[static_cast<std::size_t>(item)];
-    return position == 0 ? nullptr : &SequenceAt(position - 1);
-}
-
 // Block b holds the positions from INLINE_KINDS * 2^b on, as many as there are before it; it is
 // allocated when its first position is handed out.
-ZentuCmd::ItemSequence& ZentuCmd::SequenceAt(std::size_t position) const {
-    if (position < INLINE_KINDS) {
-        return inline_sequences_[position];
-    }
+ZentuCmd::ItemSequence& ZentuCmd::BlockSequence(std::size_t position) const {
     std::size_t block = 0;
     while (position >= INLINE_KINDS << (block + 1)) {
         ++block;

@@ -1,8 +1,12 @@
 #include "ZentuCmdContainer.h"
 
 #include <cassert>
+#include <string_view>
+#include <typeinfo>
 #include <utility>
 
+#include "ZentuCmdAutoItem.h"
+#include "items/ZentuOwnItems.h"
 #include "model/ZentuCmdIdentifier.h"
 #include "model/ZentuReadOnlyView.h"
 
@@ -26,23 +30,57 @@ ZentuCmd placeholder_command() {
 // all references linear in the container size.
 template <typename Sequences>
 ZentuCmdIdentifier::Index index_by_identifier(const Sequences& sequences) {
-    ZentuCmdIdentifier::Index index;
+    std::size_t count = 0;
+    for (const auto& sequence : sequences) {
+        count += sequence.size();
+    }
+    ZentuCmdIdentifier::Index index(count);
     for (const auto& sequence : sequences) {
         ZentuCmdIdentifier::add_first_by_identifier(sequence, index);
     }
     return index;
 }
 
+// The text without the blanks, tabs and line ends that ZentuStringUtil::Trim cuts.
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view BLANKS = " \t\r\n\v\f";
+    const std::size_t first = text.find_first_not_of(BLANKS);
+    if (first == std::string_view::npos) {
+        return {};
+    }
+    return text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
+}
+
 // The text under which an item looks for the command it refers to: the first entry of a list
-// of several texts, otherwise the item's whole text.
-std::string reference_key(const ZentuCmdItem& item) {
+// of several texts, otherwise the item's whole text. An automatically typed item lists the
+// comma-separated parts of its text, so its key is read from the text in place.
+template <typename Use>
+auto with_reference_key(const ZentuCmdItem& item, Use use) {
+    if (typeid(item) == typeid(ZentuCmdAutoItem)) {
+        const std::string_view text = *ZentuOwnItems::TextOf(item);
+        const std::size_t comma = text.find(',');
+        return use(comma == std::string_view::npos ? text : trimmed(text.substr(0, comma)));
+    }
     if (item.HasList()) {
-        std::vector<std::string> list = item.GetList();
+        const std::vector<std::string> list = item.GetList();
         if (list.size() > 1) {
-            return std::move(list.front());
+            return use(std::string_view(list.front()));
         }
     }
-    return item.GetString();
+    const std::string text = item.GetString();
+    return use(std::string_view(text));
+}
+
+// Binds the item to the command that its key names, if the index holds one.
+void resolve(ZentuCmdItem& item, const ZentuCmdIdentifier::Index& index) {
+    if (ZentuOwnItems::IgnoresReferences(item)) {
+        return;
+    }
+    const ZentuCmd* const* target =
+        with_reference_key(item, [&index](std::string_view key) { return index.Find(key); });
+    if (target != nullptr) {
+        item.AddReference(**target);
+    }
 }
 
 // The commands of a sequence whose first item of the kind has exactly the text value.
@@ -172,7 +210,7 @@ void ZentuCmdContainer::MoveCmd(Cmd from, std::size_t index, Cmd to) {
 
 void ZentuCmdContainer::CreateReferences() {
     const ZentuCmdIdentifier::Index index = index_by_identifier(commands_);
-    if (index.empty()) {
+    if (index.Empty()) {
         return;
     }
     for (CmdSequence& sequence : commands_) {
@@ -180,10 +218,7 @@ void ZentuCmdContainer::CreateReferences() {
             for (std::size_t kind = 1; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
                 for (std::unique_ptr<ZentuCmdItem>& item :
                      cmd->GetItemRange(static_cast<CmdItem>(kind))) {
-                    const auto target = index.find(reference_key(*item));
-                    if (target != index.end()) {
-                        item->AddReference(*target->second);
-                    }
+                    resolve(*item, index);
                 }
             }
         }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
+#include <string_view>
 
 #include "ZentuCmd.h"
+#include "items/ZentuOwnItems.h"
+#include "model/ZentuTextIndex.h"
 
 namespace ZentuCmdIdentifier {
 
@@ -21,7 +23,7 @@ inline std::string text_of(const ZentuCmd& cmd) {
 }
 
 // Identifier to the first command that bears it.
-using Index = std::unordered_map<std::string, const ZentuCmd*>;
+using Index = ZentuTextIndex<const ZentuCmd*>;
 
 // Adds the commands of a sequence of command pointers, in its order, to the index; a command
 // whose identifier is indexed already, and one without identifier, is passed over.
@@ -29,7 +31,7 @@ template <typename Sequence>
 void add_first_by_identifier(const Sequence& commands, Index& index) {
     for (const auto& cmd : commands) {
         if (const ZentuCmdItem* item = item_of(*cmd)) {
-            index.emplace(item->GetString(), &*cmd);
+            ZentuOwnItems::WithText(*item, [&](std::string_view text) { index.Add(text, &*cmd); });
         }
     }
 }

@@ -18,7 +18,7 @@ bool has_command_item_with_value(const ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem 
 
 bool has_command_reference_to_target(const ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem item,
                                      const ZentuCmd* target) {
-    for (const std::unique_ptr<const ZentuCmdItem>& entry : cmd.Items(item)) {
+    for (const std::unique_ptr<ZentuCmdItem>& entry : cmd.GetItemRange(item)) {
         if (entry && entry->GetReference() == target) {
             return true;
         }

@@ -32,7 +32,7 @@ const ZentuCmd* followed_reference(const ZentuCmdItem& item) {
 // right type does not make that target a source.
 const ZentuCmdItem* find_typed_item(const ZentuCmd& source, CmdItem refItem, CmdItem sourceItem,
                                     DataType type) {
-    for (const auto& reference : source.Items(refItem)) {
+    for (const auto& reference : source.GetItemRange(refItem)) {
         const ZentuCmd* target = followed_reference(*reference);
         if (target != nullptr && holds(*target, sourceItem) &&
             target->Item(sourceItem, 0).HasType(type)) {

@@ -4,12 +4,14 @@
 #include <cmath>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "ZentuCmdScalarItem.h"
 #include "ZentuStringUtil.h"
 #include "items/ZentuUpperCase.h"
 #include "model/ZentuCmdIdentifier.h"
+#include "model/ZentuTextIndex.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
@@ -42,23 +44,23 @@ class CommandIndex {
 
     // The first DRESP command with the identifier, else the first OPERATOR command, else null.
     const ZentuCmd* Find(const std::string& identifier) const {
-        if (const auto found = responses_.find(identifier); found != responses_.end()) {
-            return found->second;
+        if (const ZentuCmd* const* found = responses_.Find(identifier)) {
+            return *found;
         }
-        const auto found = operators_.find(identifier);
-        return found == operators_.end() ? nullptr : found->second;
+        const ZentuCmd* const* found = operators_.Find(identifier);
+        return found == nullptr ? nullptr : *found;
     }
 
     // Records an OPERATOR command appended to the container.
     void AddOperator(const std::string& identifier, const ZentuCmd& command) {
-        operators_.emplace(identifier, &command);
+        operators_.Add(identifier, &command);
     }
 
   private:
     using Index = ZentuCmdIdentifier::Index;
 
     static Index index_kind(const ZentuCmdContainer& container, Cmd kind) {
-        Index index;
+        Index index(container.GetNumberOfCommands(kind));
         ZentuCmdIdentifier::add_first_by_identifier(container.GetCommands(kind), index);
         return index;
     }
@@ -269,16 +271,57 @@ std::string reference_text(const ZentuCmd& command) {
     return "%" + ZentuCmdIdentifier::text_of(command) + "%";
 }
 
+// Matches the references of a container, %ID_NAME% of every DRESP and then every OPERATOR
+// command, as find_strings matches the list of them: the first in list order that the text
+// starts with, without case. Every reference starts and ends with '%', so the only candidates are
+// the prefixes of the text that end at a '%', each looked up in an index.
+class ReferenceMatcher {
+  public:
+    using Iterator = std::string::const_iterator;
+
+    explicit ReferenceMatcher(const ZentuCmdContainer& container)
+        : index_(container.GetNumberOfCommands(Cmd::DRESP) +
+                 container.GetNumberOfCommands(Cmd::OPERATOR)) {
+        std::size_t position = 0;
+        for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
+            for (const auto& command : container.GetCommands(kind)) {
+                const std::string reference = reference_text(*command);
+                longest_ = std::max(longest_, reference.size());
+                index_.Add(reference, position++);
+            }
+        }
+    }
+
+    // The end of the matched reference, or begin when none matches.
+    Iterator Match(Iterator begin, Iterator end) const {
+        if (begin == end || *begin != '%') {
+            return begin;
+        }
+        const Iterator last = begin + static_cast<std::ptrdiff_t>(std::min(
+                                          longest_, static_cast<std::size_t>(end - begin)));
+        Iterator matchEnd = begin;
+        std::size_t matchPosition = SIZE_MAX;
+        for (Iterator close = std::find(begin + 1, last, '%'); close != last;
+             close = std::find(close + 1, last, '%')) {
+            const std::string_view candidate(&*begin, static_cast<std::size_t>(close - begin) + 1);
+            const std::size_t* position = index_.Find(candidate);
+            if (position != nullptr && *position < matchPosition) {
+                matchPosition = *position;
+                matchEnd = close + 1;
+            }
+        }
+        return matchEnd;
+    }
+
+  private:
+    ZentuTextIndex<std::size_t, true> index_;
+    std::size_t longest_ = 0;
+};
+
 }  // namespace
 
 std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
-    std::vector<std::string> references;
-    for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
-        for (const auto& command : container.GetCommands(kind)) {
-            references.push_back(reference_text(*command));
-        }
-    }
-    auto matcher = std::make_shared<const ZentuMathExpressions::StringMatcher>(references);
+    auto matcher = std::make_shared<const ReferenceMatcher>(container);
     std::vector<TokenDescription> setup;
     setup.emplace_back(
         REFERENCE, [matcher](std::string::const_iterator begin, std::string::const_iterator end) {

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <typeinfo>
+
+#include "ZentuCmd.h"
+#include "ZentuCmdAutoItem.h"
+#include "ZentuCmdEnumItem.h"
+#include "ZentuCmdIntItem.h"
+#include "ZentuCmdRawStringItem.h"
+#include "ZentuCmdReferenceItem.h"
+#include "ZentuCmdScalarItem.h"
+#include "ZentuCmdStringItem.h"
+
+// What the library knows of its own item classes, for the loops that visit every item of a job:
+// the text that GetString() copies can be read in place, and some classes ignore references.
+// Items of any other class, derived ones included, get the answers of their virtual operations.
+struct ZentuOwnItems {
+    // The text that GetString() returns, held by the item itself; null for an item whose class
+    // computes its text or is not one of the library's.
+    static const std::string* TextOf(const ZentuCmdItem& item) {
+        const std::type_info& type = typeid(item);
+        if (type == typeid(ZentuCmdStringItem) || type == typeid(ZentuCmdRawStringItem)) {
+            return &static_cast<const ZentuCmdRawStringItem&>(item).text_;
+        }
+        if (type == typeid(ZentuCmdAutoItem)) {
+            return &static_cast<const ZentuCmdAutoItem&>(item).text_;
+        }
+        if (type == typeid(ZentuCmdEnumItem)) {
+            return &static_cast<const ZentuCmdEnumItem&>(item).text_;
+        }
+        return nullptr;
+    }
+
+    // What use returns for the text that GetString() would return, read in place when the
+    // item's class allows: a reference item's text is its target's identifier.
+    template <typename Use>
+    static auto WithText(const ZentuCmdItem& item, Use use) {
+        if (const std::string* text = TextOf(item)) {
+            return use(std::string_view(*text));
+        }
+        if (typeid(item) == typeid(ZentuCmdReferenceItem)) {
+            const ZentuCmd* target = static_cast<const ZentuCmdReferenceItem&>(item).reference_;
+            if (target == nullptr || !target->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
+                return use(std::string_view());
+            }
+            return WithText(target->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0), use);
+        }
+        const std::string copy = item.GetString();
+        return use(std::string_view(copy));
+    }
+
+    // Whether the item is of a library class whose AddReference does nothing and whose readings
+    // have no effect, so that resolving references may pass it over.
+    static bool IgnoresReferences(const ZentuCmdItem& item) {
+        const std::type_info& type = typeid(item);
+        return type == typeid(ZentuCmdStringItem) || type == typeid(ZentuCmdRawStringItem) ||
+               type == typeid(ZentuCmdEnumItem) || type == typeid(ZentuCmdIntItem) ||
+               type == typeid(ZentuCmdScalarItem);
+    }
+};

@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Texts mapped to values in one flat table that keeps the first value given for a text. The keys
+// are copied into one buffer, so an index of a million identifiers costs a few allocations rather
+// than one per entry, and a lookup touches one slot and one entry on average. With IgnoreCase the
+// ASCII letters of keys and queries compare without case.
+template <typename Value, bool IgnoreCase = false>
+class ZentuTextIndex {
+  public:
+    // An empty index with room for count texts before it grows.
+    explicit ZentuTextIndex(std::size_t count = 0) : slots_(SlotCountFor(count), EMPTY) {
+        entries_.reserve(count);
+    }
+
+    // Maps text to value unless text is mapped already.
+    void Add(std::string_view text, Value value) {
+        const std::uint64_t hash = Hash(text);
+        std::uint32_t& slot = slots_[PositionOf(text, hash)];
+        if (slot != EMPTY) {
+            return;
+        }
+        slot = static_cast<std::uint32_t>(entries_.size());
+        entries_.push_back(Entry{hash, keys_.size(), text.size(), value});
+        keys_.append(text);
+        if (entries_.size() * 2 > slots_.size()) {
+            Grow();
+        }
+    }
+
+    // The value of text, or null when text is not mapped.
+    const Value* Find(std::string_view text) const {
+        const std::uint32_t slot = slots_[PositionOf(text, Hash(text))];
+        return slot == EMPTY ? nullptr : &entries_[slot].value;
+    }
+
+    // Whether no text is mapped.
+    bool Empty() const { return entries_.empty(); }
+
+  private:
+    // A mapped text: its hash, where its key stands in the buffer, and its value.
+    struct Entry {
+        std::uint64_t hash;
+        std::size_t offset;
+        std::size_t length;
+        Value value;
+    };
+
+    static constexpr std::uint32_t EMPTY = UINT32_MAX;
+
+    // A power of two at least twice count, so that half the slots stay free.
+    static std::size_t SlotCountFor(std::size_t count) {
+        std::size_t slots = 16;
+        while (slots < count * 2) {
+            slots *= 2;
+        }
+        return slots;
+    }
+
+    // The byte as keys compare it.
+    static char Fold(char c) {
+        return IgnoreCase && c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+    }
+
+    // FNV-1a over the folded bytes, mixed so that the low bits that pick a slot vary.
+    static std::uint64_t Hash(std::string_view text) {
+        std::uint64_t hash = 14695981039346656037ULL;
+        for (const char c : text) {
+            hash = (hash ^ static_cast<unsigned char>(Fold(c))) * 1099511628211ULL;
+        }
+        return hash ^ (hash >> 29);
+    }
+
+    // Whether the entry's key is text.
+    bool KeyEquals(const Entry& entry, std::string_view text) const {
+        if (entry.length != text.size()) {
+            return false;
+        }
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (Fold(keys_[entry.offset + i]) != Fold(text[i])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    // The position of the slot that holds text, or of the free slot where it would go.
+    std::size_t PositionOf(std::string_view text, std::uint64_t hash) const {
+        const std::size_t mask = slots_.size() - 1;
+        for (std::size_t position = hash & mask;; position = (position + 1) & mask) {
+            const std::uint32_t slot = slots_[position];
+            if (slot == EMPTY || (entries_[slot].hash == hash && KeyEquals(entries_[slot], text))) {
+                return position;
+            }
+        }
+    }
+
+    // Doubles the slots and places every entry again.
+    void Grow() {
+        slots_.assign(slots_.size() * 2, EMPTY);
+        const std::size_t mask = slots_.size() - 1;
+        for (std::uint32_t index = 0; index < entries_.size(); ++index) {
+            std::size_t position = entries_[index].hash & mask;
+            while (slots_[position] != EMPTY) {
+                position = (position + 1) & mask;
+            }
+            slots_[position] = index;
+        }
+    }
+
+    std::vector<std::uint32_t> slots_;
+    std::vector<Entry> entries_;
+    std::string keys_;
+};
