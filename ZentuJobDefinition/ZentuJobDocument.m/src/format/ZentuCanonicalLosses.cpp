@@ -39,6 +39,7 @@ bool reads_back_whole(const ZentuCmdItem& item, const std::string& text) {
            ZentuCmdItem_Util::has_item_list_with_char(item, LINE_FEED);
 }
 
+// "1 comment line", "3 comment lines".
 std::string counted(std::size_t count, const char* noun) {
     return KPL_Failure::Format(Messages::LOSS_COUNT, count, noun,
                                count == 1 ? "" : Messages::LOSS_PLURAL);
@@ -80,6 +81,7 @@ std::string line_places(const std::vector<std::size_t>& lines) {
     return places(numbers, Messages::LOSS_LINES);
 }
 
+// "(line 5: 1.0 -> 1, ...)", each text quoted short.
 std::string rewrite_places(const std::vector<ZentuRewrittenText>& texts) {
     std::vector<std::string> rewrites;
     for (const ZentuRewrittenText& text : texts) {
@@ -94,8 +96,10 @@ std::string rewrite_places(const std::vector<ZentuRewrittenText>& texts) {
 // before the first of each verb's kinds.
 class LossSentence {
   public:
+    // The verb that the next part counted starts with.
     void Verb(const char* verb) { verb_ = verb; }
 
+    // A part that counts a kind of loss; nothing when there is none of it.
     void Add(std::size_t count, const char* noun, const std::string& where) {
         if (count == 0) {
             return;
@@ -105,6 +109,7 @@ class LossSentence {
         verb_ = nullptr;
     }
 
+    // The parts as one list.
     std::string Text() const {
         return joined(parts_, Messages::LIST_SEPARATOR, Messages::LIST_LAST_SEPARATOR);
     }
@@ -114,6 +119,7 @@ class LossSentence {
     std::vector<std::string> parts_;
 };
 
+// The writer writes no comment.
 void find_comments(const ZentuJobDocument& document, ZentuCanonicalLosses& losses) {
     for (std::size_t number = 1; number <= document.Lines().size(); ++number) {
         if (document.Lines()[number - 1].scanned.kind == ZentuParLine::Kind::COMMENT) {

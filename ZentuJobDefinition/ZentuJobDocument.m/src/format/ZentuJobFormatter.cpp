@@ -23,9 +23,11 @@ constexpr char NAME_VALUE_SEPARATOR = '=';
 // only the empty lines that do not belong to a value are dropped or added.
 class ZentuJobLayout {
   public:
+    // A layout of the document with the names that the schema describes raised.
     ZentuJobLayout(const ZentuJobDocument& document, const ZentuJobSchema& schema)
         : document_(document), schema_(schema) {}
 
+    // The whole text, laid out; the layout is used up by it.
     std::string Text() {
         text_.reserve(document_.Text().size());
         for (std::size_t number = 1; number <= document_.Lines().size(); ++number) {
@@ -35,6 +37,7 @@ class ZentuJobLayout {
     }
 
   private:
+    // Writes one line of the document in its new layout, by its kind.
     void Take(const ZentuDocumentLine& line, std::string_view text) {
         const ZentuParLine& scanned = line.scanned;
         const bool inside = line.command != ZentuDocumentLine::NONE;
@@ -102,6 +105,7 @@ class ZentuJobLayout {
         afterKeyword_ = false;
     }
 
+    // NAME = value, without blanks where there is no name or no value.
     void Item(std::string_view name, std::string_view value) {
         std::string line = ItemName(name);
         line += line.empty() ? "" : " ";
@@ -130,15 +134,18 @@ class ZentuJobLayout {
         return Described(name, described);
     }
 
+    // The name in upper case when the schema describes it, else as written.
     static std::string Described(std::string_view name, bool described) {
         return described ? ZentuStringUtil::to_upper(std::string(name)) : std::string(name);
     }
 
+    // A line inside a command.
     void Indented(std::string_view line) {
         text_ += INDENT;
         Line(line);
     }
 
+    // A line as it stands, ended by a line feed.
     void Line(std::string_view line) {
         text_ += line;
         text_ += '\n';
