@@ -329,7 +329,8 @@ ZentuCmdIoConfig job_config(ExpressionRule rule) {
     ZentuCmdIoConfig config;
     add_command(config, "GROUP_DEF", Cmd::GROUP_DEF)
         .AddItem("TYPE", keyword_item(CmdItem::TYPE, GROUP_TYPES, "ELEMENT"))
-        .AddItem("ELEMENTS", typed_item(CmdItem::LIST_BEGIN, DataType::BRELT_LIST));
+        .AddItem("ELEMENTS", typed_item(CmdItem::LIST_BEGIN, DataType::BRELT_LIST))
+        .AddItem("ELEMENT_GROUP", typed_item(CmdItem::ELEMENT_GROUP, DataType::BRELT_LIST));
     add_command(config, "DV", Cmd::DV)
         .AddItem("TYPE", keyword_item(CmdItem::TYPE, VARIABLE_TYPES, "DENSITY"))
         .AddItem("GROUP", reference_item(CmdItem::GROUP, Cmd::GROUP_DEF))

@@ -1,0 +1,73 @@
+// Reads, copies and writes a file of a few lines whose integer lists name ten million values each,
+// under a limit of 50 MB of address space: what an item holds must follow its text, not its values.
+// Sanitizers reserve far more address space than that, so under them the limit is left out.
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "ZentuCmdContainer.h"
+#include "ZentuCmdIoConfig.h"
+#include "ZentuCmdMetaData.h"
+#include "ZentuCmdParOutput.h"
+#include "ZentuParFileAdapter.h"
+
+namespace {
+
+using ZentuCmdDefs::Cmd;
+using ZentuCmdItemDefs::CmdItem;
+
+constexpr rlim_t ADDRESS_SPACE_LIMIT = rlim_t{50} << 20;
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool SANITIZED = true;
+#elif defined(__has_feature)
+constexpr bool SANITIZED = __has_feature(address_sanitizer);
+#else
+constexpr bool SANITIZED = false;
+#endif
+
+// Fails the test with a message.
+int fail(const char* message) {
+    std::fprintf(stderr, "%s\n", message);
+    return 1;
+}
+
+}  // namespace
+
+int main() {
+    const std::filesystem::path directory = std::filesystem::temp_directory_path();
+    const std::filesystem::path input = directory / "zentu_bounded_memory.par";
+    const std::filesystem::path output = directory / "zentu_bounded_memory_written.par";
+    std::ofstream(input) << "GROUP_DEF\n  ID_NAME = G1\n"
+                         << "  ELEMENT_GROUP = 1-9999999\n  ELEMENT_GROUP = 1-9999999\n"
+                         << "  ELEMENT_GROUP = 1-9999999\n  ELEMENT_GROUP = 1-9999999\n"
+                         << "  ELEMENT_GROUP = 1-9999999\nEND_\n";
+    const rlimit limit{ADDRESS_SPACE_LIMIT, ADDRESS_SPACE_LIMIT};
+    if (!SANITIZED && setrlimit(RLIMIT_AS, &limit) != 0) {
+        return fail("cannot limit the address space");
+    }
+    ZentuCmdIoConfig config;
+    config.AddCmdMetadata("GROUP_DEF", ZentuCmdMetaData(Cmd::GROUP_DEF, false))
+        .AddItem("ID_NAME", ZentuCmdItemMetaData(CmdItem::ID_NAME,
+                                                 ZentuCmdItemDefs::DataType::STRING, "", "", 1))
+        .AddItem("ELEMENT_GROUP",
+                 ZentuCmdItemMetaData(CmdItem::ELEMENT_GROUP,
+                                      ZentuCmdItemDefs::DataType::BRELT_LIST, "", "", 1));
+    ZentuCmdContainer container;
+    ZentuParFileAdapter(input.wstring(), std::move(config)).Parse(container);
+    ZentuCmd& copy = container.CreateCommand(Cmd::GROUP_DEF);
+    copy.CopyItemsFrom(container.GetCommand(Cmd::GROUP_DEF, 0));
+    for (const auto& item : copy.Items(CmdItem::ELEMENT_GROUP)) {
+        if (!item->HasBreltList() || item->GetString() != "1-9999999") {
+            return fail("an item lost its integer-list reading");
+        }
+    }
+    ZentuCmdParOutput(output.wstring(), container, ZentuCmdDefs::get_default_cmd_names(),
+                      ZentuCmdItemDefs::CMD_ITEM_NAMES)
+        .Write(L"w");
+    std::filesystem::remove(input);
+    std::filesystem::remove(output);
+    return copy.Items(CmdItem::ELEMENT_GROUP).size() == 5 ? 0 : fail("items were lost");
+}
