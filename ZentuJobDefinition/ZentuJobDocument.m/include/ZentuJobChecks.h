@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "ZentuFinding.h"
@@ -32,6 +34,18 @@ ZENTU_JOB_DOCUMENT_API void check_graph(const ZentuTypedJob& job, const ZentuJob
 // command or item silences for the lines of that command or item.
 ZENTU_JOB_DOCUMENT_API void apply_suppressions(const ZentuJobDocument& document,
                                                std::vector<ZentuFinding>& findings);
+
+// A severity that the user gives a code, or its silencing.
+struct SeverityOverride {
+    std::string code;
+    // The new severity; none to drop the code's findings.
+    std::optional<ZentuSeverity> severity;
+};
+
+// Gives the findings of each overridden code its new severity, or drops them; later overrides
+// of one code win.
+ZENTU_JOB_DOCUMENT_API void apply_overrides(const std::vector<SeverityOverride>& overrides,
+                                            std::vector<ZentuFinding>& findings);
 
 // Every check above on a completed job.
 ZENTU_JOB_DOCUMENT_API void run_all(const ZentuTypedJob& job, const ZentuJobSchema& schema,
