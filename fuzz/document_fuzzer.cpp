@@ -1,12 +1,17 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "../tests/engine/engine_test_support.h"
 #include "ZentuJobDocument.h"
+#include "ZentuJobFormatter.h"
 #include "ZentuJobSchema.h"
+#include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
 #include "fuzz_support.h"
 
@@ -53,6 +58,41 @@ void RequireLocated(const ZentuJobDocument& document) {
     }
 }
 
+ZentuJobDocument Read(const std::string& text) {
+    return ZentuJobDocument::FromText(text, "fuzz.par", ZentuTypedJob::KeywordTestOf(Schema()));
+}
+
+// The commands and items that a text reads to, typed but not completed (completing runs rules
+// that look keywords up as written, which formatting may raise), command names in upper case.
+std::vector<std::string> Contents(const std::string& text) {
+    const ZentuTypedJob job(Read(text), Schema(), ZentuCompletion::NONE);
+    std::vector<std::string> lines;
+    for (const ZentuCmd& command : job.Container()) {
+        const std::string line = zentu_test::CmdLine(command);
+        lines.push_back(ZentuStringUtil::to_upper(command.GetName()) +
+                        line.substr(command.GetName().size()));
+    }
+    return lines;
+}
+
+// Formatting changes layout only: the formatted text reads without structural problems to the
+// same commands and items, and formats to itself.
+void RequireFormatKeepsTheJob(const ZentuJobDocument& document, const std::string& text) {
+    const std::optional<std::string> formatted =
+        ZentuJobFormatter::format_document(document, Schema());
+    zentu_fuzz::Require(formatted.has_value() == ZentuJobFormatter::can_format(document),
+                        "a document formats exactly when it can be formatted");
+    if (!formatted) {
+        return;
+    }
+    const ZentuJobDocument again = Read(*formatted);
+    zentu_fuzz::Require(!again.HasErrors(), "a formatted text reads without structural errors");
+    zentu_fuzz::Require(ZentuJobFormatter::format_document(again, Schema()) == formatted,
+                        "a formatted text formats to itself");
+    zentu_fuzz::Require(Contents(*formatted) == Contents(text),
+                        "a formatted text reads to the same commands and items");
+}
+
 }  // namespace
 
 // Runs once before the first input, so that every input meets the same library setup.
@@ -65,10 +105,10 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 // libFuzzer's entry point: any abort, sanitizer report or escaping exception is a finding.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text = zentu_fuzz::TextOf(data, size);
-    ZentuJobDocument document =
-        ZentuJobDocument::FromText(text, "fuzz.par", ZentuTypedJob::KeywordTestOf(Schema()));
+    ZentuJobDocument document = Read(text);
     zentu_fuzz::Require(document.Text() == text, "the document keeps the text byte for byte");
     RequireLocated(document);
+    RequireFormatKeepsTheJob(document, text);
     const ZentuTypedJob job(std::move(document), Schema(), ZentuCompletion::FULL);
     for (const ZentuFinding& finding : job.Findings()) {
         RequireInside(job.Document(), finding.range, "a finding lies inside the text");

@@ -23,13 +23,13 @@ std::string Index(std::size_t index) {
 }
 
 // Commands, items and the owner of each line as text, so that a whole document compares at once:
-// "KEYWORD at end N", "NAME at = value at lines a-b" (':' for a name alone, '|' for a line feed),
-// and "lines c.i c.i ..." with '-' for none.
+// "KEYWORD at lines first-END_", "NAME at = value at lines a-b" (':' for a name alone, '|' for a
+// line feed), and "lines c.i c.i ..." with '-' for none.
 std::vector<std::string> Outline(const ZentuJobDocument& document) {
     std::vector<std::string> outline;
     for (const ZentuDocumentCommand& command : document.Commands()) {
-        outline.push_back(command.keyword + " " + At(command.keyword_range) + " end " +
-                          std::to_string(command.end_line));
+        outline.push_back(command.keyword + " " + At(command.keyword_range) + " lines " +
+                          std::to_string(command.line) + "-" + std::to_string(command.end_line));
         for (const ZentuDocumentItem& item : command.items) {
             std::string value = item.value;
             std::replace(value.begin(), value.end(), '\n', '|');
@@ -66,22 +66,22 @@ const std::vector<DocumentCase> kCases = {
     {"empty text", "", {"lines"}, {}},
     {"items, a multi-line value with a comment inside and a comment outside",
      "# job\nDV\n  ID_NAME = d1\n  ELEMENT_GROUP\n    1-5,\n    # kept\n    7\n  LOWER=\nEND_\n",
-     {"DV 2:1-2:3 end 9", "  ID_NAME 3:3-3:10 = d1 3:13-3:15 lines 3-3",
+     {"DV 2:1-2:3 lines 2-9", "  ID_NAME 3:3-3:10 = d1 3:13-3:15 lines 3-3",
       "  ELEMENT_GROUP 4:3-4:16 : 1-5,|7 5:5-7:6 lines 4-7", "  LOWER 8:3-8:8 =  8:9-8:9 lines 8-8",
       "lines -.- 0.- 0.0 0.1 0.1 0.1 0.1 0.2 0.-"},
      {}},
     {"a list ended without comma gives way to the next name alone",
      "G\n  A\n    1\n  B\n    2\nEND_",
-     {"G 1:1-1:2 end 6", "  A 2:3-2:4 : 1 3:5-3:6 lines 2-3", "  B 4:3-4:4 : 2 5:5-5:6 lines 4-5",
-      "lines 0.- 0.0 0.0 0.1 0.1 0.-"},
+     {"G 1:1-1:2 lines 1-6", "  A 2:3-2:4 : 1 3:5-3:6 lines 2-3",
+      "  B 4:3-4:4 : 2 5:5-5:6 lines 4-5", "lines 0.- 0.0 0.0 0.1 0.1 0.-"},
      {}},
     {"END_ outside a command is skipped",
      "END_\nDV\nend_\n",
-     {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
+     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
      {"syntax 1:1-1:5 END_ outside a command"}},
     {"an item line outside a command is skipped",
      "  A = 1 \nDV\nEND_",
-     {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
+     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
      {"syntax 1:3-1:8 item line outside a command: 'A = 1'"}},
     {"a command line of two words is skipped",
      "DV  X\n",
@@ -89,36 +89,37 @@ const std::vector<DocumentCase> kCases = {
      {"syntax 1:1-1:6 a command line must hold one word: 'DV  X'"}},
     {"a keyword with a control character is skipped",
      "D\x01V\nDV\nEND_",
-     {"DV 2:1-2:3 end 3", "lines -.- 0.- 0.-"},
+     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
      {"syntax 1:1-1:4 a command keyword must not hold control characters: 'D\\x01V'"}},
     {"a keyword of the schema closes the command left open",
      "GROUP_DEF\n  ID_NAME = g\nDV\n  ID_NAME = d\nEND_\n",
-     {"GROUP_DEF 1:1-1:10 end 0", "  ID_NAME 2:3-2:10 = g 2:13-2:14 lines 2-2", "DV 3:1-3:3 end 5",
-      "  ID_NAME 4:3-4:10 = d 4:13-4:14 lines 4-4", "lines 0.- 0.0 1.- 1.0 1.-"},
+     {"GROUP_DEF 1:1-1:10 lines 1-0", "  ID_NAME 2:3-2:10 = g 2:13-2:14 lines 2-2",
+      "DV 3:1-3:3 lines 3-5", "  ID_NAME 4:3-4:10 = d 4:13-4:14 lines 4-4",
+      "lines 0.- 0.0 1.- 1.0 1.-"},
      {"syntax 1:1-1:10 command GROUP_DEF opened on line 1 has no END_ before the next "
       "command DV"}},
     {"a keyword that names an item of the open command stays an item",
      "OPTIMIZE\n  dv\n    d1\nEND_\n",
-     {"OPTIMIZE 1:1-1:9 end 4", "  dv 2:3-2:5 : d1 3:5-3:7 lines 2-3", "lines 0.- 0.0 0.0 0.-"},
+     {"OPTIMIZE 1:1-1:9 lines 1-4", "  dv 2:3-2:5 : d1 3:5-3:7 lines 2-3", "lines 0.- 0.0 0.0 0.-"},
      {}},
     {"a file that ends inside a command keeps the command",
      "DV\n  ID_NAME = d  ",
-     {"DV 1:1-1:3 end 0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2", "lines 0.- 0.0"},
+     {"DV 1:1-1:3 lines 1-0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2", "lines 0.- 0.0"},
      {"syntax 2:16-2:16 the file ends inside command DV opened on line 1"}},
     {"CR LF line ends stay out of every range",
      "DV\r\n  ID_NAME = d\r\n  NOTE\r\n\r\n    1-5\r\n",
-     {"DV 1:1-1:3 end 0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2",
+     {"DV 1:1-1:3 lines 1-0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2",
       "  NOTE 3:3-3:7 : |1-5 4:1-5:8 lines 3-5", "lines 0.- 0.0 0.1 0.1 0.1"},
      {"syntax 5:8-5:8 the file ends inside command DV opened on line 1"}},
     {"a byte-order mark is not a column",
      "\xEF\xBB\xBF"
      "DV\nEND_",
-     {"DV 1:1-1:3 end 2", "lines 0.- 0.-"},
+     {"DV 1:1-1:3 lines 1-2", "lines 0.- 0.-"},
      {}},
     {"columns count characters, not bytes",
      "DV\n\xC3\x84\xC3\x96 = \xC3\xA9"
      "1\n\t\xE2\x82\xAC\nEND_",
-     {"DV 1:1-1:3 end 4",
+     {"DV 1:1-1:3 lines 1-4",
       "  \xC3\x84\xC3\x96 2:1-2:3 = \xC3\xA9"
       "1 2:6-2:8 lines 2-2",
       "  \xE2\x82\xAC 3:2-3:3 :  3:3-3:3 lines 3-3", "lines 0.- 0.0 0.1 0.-"},
