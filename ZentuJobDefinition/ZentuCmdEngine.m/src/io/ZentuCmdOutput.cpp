@@ -78,7 +78,7 @@ void ZentuCmdOutput::WriteItems(const ZentuCmd& cmd, std::FILE* file) const {
     }
     thread_local std::string lines;
     lines.clear();
-    const bool parameterFile = typeid(*this) == typeid(ZentuCmdParOutput);
+    const bool parameterFile = &typeid(*this) == &typeid(ZentuCmdParOutput);
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
         const auto itemKind = static_cast<ZentuCmdItemDefs::CmdItem>(kind);
         for (const std::unique_ptr<ZentuCmdItem>& item : cmd.GetItemRange(itemKind)) {

@@ -17,17 +17,24 @@
 // the text that GetString() copies can be read in place, and some classes ignore references.
 // Items of any other class, derived ones included, get the answers of their virtual operations.
 struct ZentuOwnItems {
+    // Whether the item is exactly of class Item. The library's classes have their type
+    // information in the library alone, so comparing its address suffices, where comparing
+    // type_info objects may compare their names.
+    template <typename Item>
+    static bool IsExactly(const ZentuCmdItem& item) {
+        return &typeid(item) == &typeid(Item);
+    }
+
     // The text that GetString() returns, held by the item itself; null for an item whose class
     // computes its text or is not one of the library's.
     static const std::string* TextOf(const ZentuCmdItem& item) {
-        const std::type_info& type = typeid(item);
-        if (type == typeid(ZentuCmdStringItem) || type == typeid(ZentuCmdRawStringItem)) {
+        if (IsExactly<ZentuCmdStringItem>(item) || IsExactly<ZentuCmdRawStringItem>(item)) {
             return &static_cast<const ZentuCmdRawStringItem&>(item).text_;
         }
-        if (type == typeid(ZentuCmdAutoItem)) {
+        if (IsExactly<ZentuCmdAutoItem>(item)) {
             return &static_cast<const ZentuCmdAutoItem&>(item).text_;
         }
-        if (type == typeid(ZentuCmdEnumItem)) {
+        if (IsExactly<ZentuCmdEnumItem>(item)) {
             return &static_cast<const ZentuCmdEnumItem&>(item).text_;
         }
         return nullptr;
@@ -40,7 +47,7 @@ struct ZentuOwnItems {
         if (const std::string* text = TextOf(item)) {
             return use(std::string_view(*text));
         }
-        if (typeid(item) == typeid(ZentuCmdReferenceItem)) {
+        if (IsExactly<ZentuCmdReferenceItem>(item)) {
             const ZentuCmd* target = static_cast<const ZentuCmdReferenceItem&>(item).reference_;
             if (target == nullptr || !target->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
                 return use(std::string_view());
@@ -54,9 +61,8 @@ struct ZentuOwnItems {
     // Whether the item is of a library class whose AddReference does nothing and whose readings
     // have no effect, so that resolving references may pass it over.
     static bool IgnoresReferences(const ZentuCmdItem& item) {
-        const std::type_info& type = typeid(item);
-        return type == typeid(ZentuCmdStringItem) || type == typeid(ZentuCmdRawStringItem) ||
-               type == typeid(ZentuCmdEnumItem) || type == typeid(ZentuCmdIntItem) ||
-               type == typeid(ZentuCmdScalarItem);
+        return IsExactly<ZentuCmdStringItem>(item) || IsExactly<ZentuCmdRawStringItem>(item) ||
+               IsExactly<ZentuCmdEnumItem>(item) || IsExactly<ZentuCmdIntItem>(item) ||
+               IsExactly<ZentuCmdScalarItem>(item);
     }
 };

@@ -2,7 +2,6 @@
 
 #include <cassert>
 #include <string_view>
-#include <typeinfo>
 #include <utility>
 
 #include "ZentuCmdAutoItem.h"
@@ -56,7 +55,7 @@ std::string_view trimmed(std::string_view text) {
 // comma-separated parts of its text, so its key is read from the text in place.
 template <typename Use>
 auto with_reference_key(const ZentuCmdItem& item, Use use) {
-    if (typeid(item) == typeid(ZentuCmdAutoItem)) {
+    if (ZentuOwnItems::IsExactly<ZentuCmdAutoItem>(item)) {
         const std::string_view text = *ZentuOwnItems::TextOf(item);
         const std::size_t comma = text.find(',');
         return use(comma == std::string_view::npos ? text : trimmed(text.substr(0, comma)));

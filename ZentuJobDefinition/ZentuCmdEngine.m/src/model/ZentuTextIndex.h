@@ -67,13 +67,16 @@ class ZentuTextIndex {
         return IgnoreCase && c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
     }
 
-    // FNV-1a over the folded bytes, mixed so that the low bits that pick a slot vary.
+    // FNV-1a over the folded bytes, then mixed as MurmurHash3 finishes: FNV alone leaves the low
+    // bits, which pick the slot, depending on the low bits of the bytes only.
     static std::uint64_t Hash(std::string_view text) {
         std::uint64_t hash = 14695981039346656037ULL;
         for (const char c : text) {
             hash = (hash ^ static_cast<unsigned char>(Fold(c))) * 1099511628211ULL;
         }
-        return hash ^ (hash >> 29);
+        hash = (hash ^ (hash >> 33)) * 0xff51afd7ed558ccdULL;
+        hash = (hash ^ (hash >> 33)) * 0xc4ceb9fe1a85ec53ULL;
+        return hash ^ (hash >> 33);
     }
 
     // Whether the entry's key is text.

@@ -117,7 +117,7 @@ void add_to_counter(Token& token, int amount) {
 
 // The coefficient with which a term enters a join: the operator applied to (x, 0).
 double evaluate_weight(double x, const Token& joining) {
-    const TokenDescription number = ZentuMathExpressions::build_single_token(0, NUMBER);
+    static const TokenDescription number = ZentuMathExpressions::build_single_token(0, NUMBER);
     std::vector<Token> operands{{ZentuStringUtil::String(x), x, number}, {"0", 0.0, number}};
     if (joining.description.GetEvaluation()) {
         joining.description.GetEvaluation()(operands);
@@ -247,9 +247,10 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
     }
 }
 
-void reduce_expression(const std::vector<Token>& tokens, Reduction& reduction, ZentuCmd& command) {
+// Takes the tokens by value so that the rule, which owns them, moves them onto the stack.
+void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd& command) {
     for (std::size_t i = 0; i < tokens.size(); ++i) {
-        const Token& token = tokens[i];
+        Token& token = tokens[i];
         if (class_of(token) == PRODUCT && token.text == "*") {
             // A product needs two factors before it; a leading one has none and is dropped.
             if (i >= 2) {
@@ -258,7 +259,7 @@ void reduce_expression(const std::vector<Token>& tokens, Reduction& reduction, Z
         } else if (class_of(token) == JOINING) {
             reduce_sum(token, reduction);
         } else {
-            reduction.stack.push_back(token);
+            reduction.stack.push_back(std::move(token));
         }
     }
     if (!reduction.terms.weights.empty() && !reduction.stack.empty() &&
@@ -343,10 +344,10 @@ void dresp_expression_rule(ZentuCmdContainer& container,
             !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
             continue;
         }
-        const std::vector<Token> tokens = ZentuMathExpressions::create_expression(
+        std::vector<Token> tokens = ZentuMathExpressions::create_expression(
             command.Item(CmdItem::ADD_FILE, 0).GetString(), setup);
         Reduction reduction{keywords, container, index, {}, {}};
-        reduce_expression(tokens, reduction, command);
+        reduce_expression(std::move(tokens), reduction, command);
         command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
     }
 }
