@@ -6,6 +6,7 @@
 #   WORKDIR        the directory the command runs in, as it is
 #   SCRATCH        instead of WORKDIR: a directory that is emptied first and receives COPY
 #   COPY           files copied into SCRATCH before the run, separated by |
+#   INPUT          a file of the work directory that the command reads as standard input
 #   STATUS         the expected exit status (0 when not given)
 #   STDOUT         a file that standard output must equal byte for byte
 #   STDOUT_REGEX   instead of STDOUT: a pattern that standard output must match
@@ -237,11 +238,17 @@ if(NOT DEFINED STATUS)
     set(STATUS 0)
 endif()
 
+set(input_setting "")
+if(DEFINED INPUT)
+    set(input_setting INPUT_FILE "${WORKDIR}/${INPUT}")
+endif()
+
 list(JOIN command " " shown)
 message("in ${WORKDIR}: ${shown}")
 execute_process(
     COMMAND ${command}
     WORKING_DIRECTORY "${WORKDIR}"
+    ${input_setting}
     RESULT_VARIABLE status
     OUTPUT_VARIABLE stdout
     ERROR_VARIABLE stderr)

@@ -6,6 +6,9 @@
 #include <iterator>
 #include <system_error>
 
+#include "FindingsOutput.h"
+#include "Subcommand.h"
+
 namespace fs = std::filesystem;
 
 namespace zentu_cmd {
@@ -55,6 +58,22 @@ ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
 
 std::string input_name(const std::string& input) {
     return input == STDIN_ARGUMENT ? STDIN_NAME : input;
+}
+
+int use_each_job(const std::vector<std::string>& inputs, const ZentuJobSchema& schema,
+                 const JobUse& use) {
+    int status = 0;
+    for (const std::string& input : inputs) {
+        const ZentuTypedJob job = read_input(input, schema, ZentuCompletion::FULL);
+        const std::string name = input_name(input);
+        print_findings_text(name, job.Findings(), std::cerr);
+        if (job.HasErrors()) {
+            status = FAILED;
+        } else {
+            use(input, name, job);
+        }
+    }
+    return status;
 }
 
 }  // namespace zentu_cmd

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,5 +23,16 @@ ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
 
 // The name of an input in findings: the path as given, or "<stdin>".
 std::string input_name(const std::string& input);
+
+// What a subcommand does with one input that reads without errors: the input as given, its name
+// and the completed job.
+using JobUse = std::function<void(const std::string& input, const std::string& name,
+                                  const ZentuTypedJob& job)>;
+
+// Reads each input completed by the schema, prints its findings to standard error as check's text
+// does, and passes each input without errors to use; an input with errors is left alone. Returns
+// FAILED when an input had errors, else 0.
+int use_each_job(const std::vector<std::string>& inputs, const ZentuJobSchema& schema,
+                 const JobUse& use);
 
 }  // namespace zentu_cmd
