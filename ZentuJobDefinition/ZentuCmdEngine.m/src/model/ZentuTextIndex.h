@@ -8,8 +8,9 @@
 
 // Texts mapped to values in one flat table that keeps the first value given for a text. The keys
 // are copied into one buffer, so an index of a million identifiers costs a few allocations rather
-// than one per entry, and a lookup touches one slot and one entry on average. With IgnoreCase the
-// ASCII letters of keys and queries compare without case.
+// than one per entry. A slot holds part of its entry's hash besides the entry's number, so that a
+// lookup reads an entry and its key only when that part matches. With IgnoreCase the ASCII letters
+// of keys and queries compare without case.
 template <typename Value, bool IgnoreCase = false>
 class ZentuTextIndex {
   public:
@@ -21,11 +22,11 @@ class ZentuTextIndex {
     // Maps text to value unless text is mapped already.
     void Add(std::string_view text, Value value) {
         const std::uint64_t hash = Hash(text);
-        std::uint32_t& slot = slots_[PositionOf(text, hash)];
+        std::uint64_t& slot = slots_[PositionOf(text, hash)];
         if (slot != EMPTY) {
             return;
         }
-        slot = static_cast<std::uint32_t>(entries_.size());
+        slot = SlotFor(hash, entries_.size());
         entries_.push_back(Entry{hash, keys_.size(), text.size(), value});
         keys_.append(text);
         if (entries_.size() * 2 > slots_.size()) {
@@ -35,8 +36,8 @@ class ZentuTextIndex {
 
     // The value of text, or null when text is not mapped.
     const Value* Find(std::string_view text) const {
-        const std::uint32_t slot = slots_[PositionOf(text, Hash(text))];
-        return slot == EMPTY ? nullptr : &entries_[slot].value;
+        const std::uint64_t slot = slots_[PositionOf(text, Hash(text))];
+        return slot == EMPTY ? nullptr : &entries_[EntryOf(slot)].value;
     }
 
     // Whether no text is mapped.
@@ -51,7 +52,15 @@ class ZentuTextIndex {
         Value value;
     };
 
-    static constexpr std::uint32_t EMPTY = UINT32_MAX;
+    static constexpr std::uint64_t EMPTY = UINT64_MAX;
+
+    // The slot of entry number index: the high half of its hash, then its number.
+    static std::uint64_t SlotFor(std::uint64_t hash, std::size_t index) {
+        return (hash & 0xFFFFFFFF00000000ULL) | static_cast<std::uint32_t>(index);
+    }
+
+    // The number of the entry that a slot holds.
+    static std::size_t EntryOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot); }
 
     // A power of two at least twice count, so that half the slots stay free.
     static std::size_t SlotCountFor(std::size_t count) {
@@ -96,8 +105,10 @@ class ZentuTextIndex {
     std::size_t PositionOf(std::string_view text, std::uint64_t hash) const {
         const std::size_t mask = slots_.size() - 1;
         for (std::size_t position = hash & mask;; position = (position + 1) & mask) {
-            const std::uint32_t slot = slots_[position];
-            if (slot == EMPTY || (entries_[slot].hash == hash && KeyEquals(entries_[slot], text))) {
+            const std::uint64_t slot = slots_[position];
+            if (slot == EMPTY ||
+                ((slot ^ hash) >> 32 == 0 && entries_[EntryOf(slot)].hash == hash &&
+                 KeyEquals(entries_[EntryOf(slot)], text))) {
                 return position;
             }
         }
@@ -107,16 +118,16 @@ class ZentuTextIndex {
     void Grow() {
         slots_.assign(slots_.size() * 2, EMPTY);
         const std::size_t mask = slots_.size() - 1;
-        for (std::uint32_t index = 0; index < entries_.size(); ++index) {
+        for (std::size_t index = 0; index < entries_.size(); ++index) {
             std::size_t position = entries_[index].hash & mask;
             while (slots_[position] != EMPTY) {
                 position = (position + 1) & mask;
             }
-            slots_[position] = index;
+            slots_[position] = SlotFor(entries_[index].hash, index);
         }
     }
 
-    std::vector<std::uint32_t> slots_;
+    std::vector<std::uint64_t> slots_;
     std::vector<Entry> entries_;
     std::string keys_;
 };
