@@ -1,21 +1,16 @@
 #pragma once
 
 #include <string>
+#include <utility>
+
+#include "ZentuStringUtil.h"
 
 namespace ZentuUpperCase {
 
-// The text with every byte from 'a' to 'z' before its first NUL raised to upper case. No locale
-// is consulted, so every host gets the same identifiers whatever its locale.
+// The text with every byte from 'a' to 'z' before its first NUL raised to upper case, as the
+// utility library raises it for every reader of job files.
 inline std::string to_upper(std::string text) {
-    for (char& c : text) {
-        if (c == '\0') {
-            break;
-        }
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - ('a' - 'A'));
-        }
-    }
-    return text;
+    return ZentuStringUtil::to_upper(std::move(text));
 }
 
 }  // namespace ZentuUpperCase
