@@ -1,4 +1,4 @@
-// Cost of the main road on generated jobs of 1,000 to 100,000 commands: reading a file into a
+// Cost of the main road on generated jobs of 1,000 to 1,000,000 commands: reading a file into a
 // container, completing a container already read, and writing it back. Each step must take time
 // in proportion to the job, so the time per command must stay flat across the sizes.
 #include <benchmark/benchmark.h>
