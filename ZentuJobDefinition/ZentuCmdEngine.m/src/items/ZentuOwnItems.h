@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <typeinfo>
@@ -40,19 +41,29 @@ struct ZentuOwnItems {
         return nullptr;
     }
 
+    // The text that GetString() would return, read in place: a reference item's text is its
+    // target's identifier. Nothing when the text has to be computed or copied.
+    static std::optional<std::string_view> TextInPlace(const ZentuCmdItem& item) {
+        if (const std::string* text = TextOf(item)) {
+            return *text;
+        }
+        if (!IsExactly<ZentuCmdReferenceItem>(item)) {
+            return std::nullopt;
+        }
+        const ZentuCmd* target = static_cast<const ZentuCmdReferenceItem&>(item).reference_;
+        if (target == nullptr || !target->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
+            return std::string_view();
+        }
+        const std::string* identifier = TextOf(target->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0));
+        return identifier != nullptr ? std::optional<std::string_view>(*identifier) : std::nullopt;
+    }
+
     // What use returns for the text that GetString() would return, read in place when the
-    // item's class allows: a reference item's text is its target's identifier.
+    // item's class allows.
     template <typename Use>
     static auto WithText(const ZentuCmdItem& item, Use use) {
-        if (const std::string* text = TextOf(item)) {
-            return use(std::string_view(*text));
-        }
-        if (IsExactly<ZentuCmdReferenceItem>(item)) {
-            const ZentuCmd* target = static_cast<const ZentuCmdReferenceItem&>(item).reference_;
-            if (target == nullptr || !target->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
-                return use(std::string_view());
-            }
-            return WithText(target->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0), use);
+        if (const std::optional<std::string_view> text = TextInPlace(item)) {
+            return use(*text);
         }
         const std::string copy = item.GetString();
         return use(std::string_view(copy));

@@ -1,10 +1,13 @@
 #include "ZentuCmdContainer.h"
 
 #include <cassert>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "ZentuCmdAutoItem.h"
+#include "ZentuCmdReferenceItem.h"
 #include "items/ZentuOwnItems.h"
 #include "model/ZentuCmdIdentifier.h"
 #include "model/ZentuReadOnlyView.h"
@@ -51,36 +54,85 @@ std::string_view trimmed(std::string_view text) {
 }
 
 // The text under which an item looks for the command it refers to: the first entry of a list
-// of several texts, otherwise the item's whole text. An automatically typed item lists the
-// comma-separated parts of its text, so its key is read from the text in place.
-template <typename Use>
-auto with_reference_key(const ZentuCmdItem& item, Use use) {
+// of several texts, otherwise the item's whole text.
+std::string reference_key(const ZentuCmdItem& item) {
+    if (item.HasList()) {
+        std::vector<std::string> list = item.GetList();
+        if (list.size() > 1) {
+            return std::move(list.front());
+        }
+    }
+    return item.GetString();
+}
+
+// The key of an item that can be read in place: an automatically typed item lists the
+// comma-separated parts of its text, and a reference item has no list.
+std::optional<std::string_view> reference_key_in_place(const ZentuCmdItem& item) {
     if (ZentuOwnItems::IsExactly<ZentuCmdAutoItem>(item)) {
         const std::string_view text = *ZentuOwnItems::TextOf(item);
         const std::size_t comma = text.find(',');
-        return use(comma == std::string_view::npos ? text : trimmed(text.substr(0, comma)));
+        return comma == std::string_view::npos ? text : trimmed(text.substr(0, comma));
     }
-    if (item.HasList()) {
-        const std::vector<std::string> list = item.GetList();
-        if (list.size() > 1) {
-            return use(std::string_view(list.front()));
-        }
+    if (ZentuOwnItems::IsExactly<ZentuCmdReferenceItem>(item)) {
+        return ZentuOwnItems::TextInPlace(item);
     }
-    const std::string text = item.GetString();
-    return use(std::string_view(text));
+    return std::nullopt;
 }
 
-// Binds the item to the command that its key names, if the index holds one.
-void resolve(ZentuCmdItem& item, const ZentuCmdIdentifier::Index& index) {
-    if (ZentuOwnItems::IgnoresReferences(item)) {
-        return;
+// Offers items the commands that their keys name. Keys read in place are looked up in batches,
+// whose index slots are fetched from memory together, so that a large index costs a wait per
+// batch rather than per item; any other item first resolves the batch, so that the items are
+// offered their commands in container order.
+class Resolver {
+  public:
+    explicit Resolver(const ZentuCmdIdentifier::Index& index) : index_(index) {}
+
+    // Resolves the item now or with its batch.
+    void Offer(ZentuCmdItem& item) {
+        if (ZentuOwnItems::IgnoresReferences(item)) {
+            return;
+        }
+        if (const std::optional<std::string_view> key = reference_key_in_place(item)) {
+            const std::uint64_t hash = ZentuCmdIdentifier::Index::Hash(*key);
+            index_.Prefetch(hash);
+            batch_.push_back(Pending{&item, *key, hash});
+            if (batch_.size() == BATCH_SIZE) {
+                Flush();
+            }
+            return;
+        }
+        Flush();
+        Bind(item, index_.Find(reference_key(item)));
     }
-    const ZentuCmd* const* target =
-        with_reference_key(item, [&index](std::string_view key) { return index.Find(key); });
-    if (target != nullptr) {
-        item.AddReference(**target);
+
+    // Resolves the items of the batch.
+    void Flush() {
+        for (const Pending& pending : batch_) {
+            Bind(*pending.item, index_.Find(pending.key, pending.hash));
+        }
+        batch_.clear();
     }
-}
+
+  private:
+    // An item waiting with its key.
+    struct Pending {
+        ZentuCmdItem* item;
+        std::string_view key;
+        std::uint64_t hash;
+    };
+
+    static constexpr std::size_t BATCH_SIZE = 16;
+
+    // Offers the item the command found for it, if any.
+    static void Bind(ZentuCmdItem& item, const ZentuCmd* const* target) {
+        if (target != nullptr) {
+            item.AddReference(**target);
+        }
+    }
+
+    const ZentuCmdIdentifier::Index& index_;
+    std::vector<Pending> batch_;
+};
 
 // The commands of a sequence whose first item of the kind has exactly the text value.
 std::vector<std::reference_wrapper<ZentuCmd>> commands_with_first_item(
@@ -212,16 +264,18 @@ void ZentuCmdContainer::CreateReferences() {
     if (index.Empty()) {
         return;
     }
+    Resolver resolver(index);
     for (CmdSequence& sequence : commands_) {
         for (std::unique_ptr<ZentuCmd>& cmd : sequence) {
             for (std::size_t kind = 1; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
                 for (std::unique_ptr<ZentuCmdItem>& item :
                      cmd->GetItemRange(static_cast<CmdItem>(kind))) {
-                    resolve(*item, index);
+                    resolver.Offer(*item);
                 }
             }
         }
     }
+    resolver.Flush();
 }
 
 ZentuCmdContainerIterator ZentuCmdContainer::begin() const {

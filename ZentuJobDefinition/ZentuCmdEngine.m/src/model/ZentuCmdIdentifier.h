@@ -1,7 +1,11 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ZentuCmd.h"
 #include "items/ZentuOwnItems.h"
@@ -26,14 +30,41 @@ inline std::string text_of(const ZentuCmd& cmd) {
 using Index = ZentuTextIndex<const ZentuCmd*>;
 
 // Adds the commands of a sequence of command pointers, in its order, to the index; a command
-// whose identifier is indexed already, and one without identifier, is passed over.
+// whose identifier is indexed already, and one without identifier, is passed over. Identifiers
+// read in place are added in batches whose index slots are fetched from memory together.
 template <typename Sequence>
 void add_first_by_identifier(const Sequence& commands, Index& index) {
+    struct Pending {
+        std::string_view identifier;
+        std::uint64_t hash;
+        const ZentuCmd* cmd;
+    };
+    constexpr std::size_t BATCH_SIZE = 16;
+    std::vector<Pending> batch;
+    const auto flush = [&batch, &index] {
+        for (const Pending& pending : batch) {
+            index.Add(pending.identifier, pending.hash, pending.cmd);
+        }
+        batch.clear();
+    };
     for (const auto& cmd : commands) {
-        if (const ZentuCmdItem* item = item_of(*cmd)) {
-            ZentuOwnItems::WithText(*item, [&](std::string_view text) { index.Add(text, &*cmd); });
+        const ZentuCmdItem* item = item_of(*cmd);
+        if (item == nullptr) {
+            continue;
+        }
+        if (const std::optional<std::string_view> identifier = ZentuOwnItems::TextInPlace(*item)) {
+            const std::uint64_t hash = Index::Hash(*identifier);
+            index.Prefetch(hash);
+            batch.push_back(Pending{*identifier, hash, &*cmd});
+            if (batch.size() == BATCH_SIZE) {
+                flush();
+            }
+        } else {
+            flush();
+            index.Add(item->GetString(), &*cmd);
         }
     }
+    flush();
 }
 
 }  // namespace ZentuCmdIdentifier

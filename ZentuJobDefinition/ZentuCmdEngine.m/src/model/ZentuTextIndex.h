@@ -20,8 +20,10 @@ class ZentuTextIndex {
     }
 
     // Maps text to value unless text is mapped already.
-    void Add(std::string_view text, Value value) {
-        const std::uint64_t hash = Hash(text);
+    void Add(std::string_view text, Value value) { Add(text, Hash(text), value); }
+
+    // Maps text, whose Hash() is hash, to value unless text is mapped already.
+    void Add(std::string_view text, std::uint64_t hash, Value value) {
         std::uint64_t& slot = slots_[PositionOf(text, hash)];
         if (slot != EMPTY) {
             return;
@@ -35,13 +37,40 @@ class ZentuTextIndex {
     }
 
     // The value of text, or null when text is not mapped.
-    const Value* Find(std::string_view text) const {
-        const std::uint64_t slot = slots_[PositionOf(text, Hash(text))];
+    const Value* Find(std::string_view text) const { return Find(text, Hash(text)); }
+
+    // The value of text, whose Hash() is hash, or null when text is not mapped.
+    const Value* Find(std::string_view text, std::uint64_t hash) const {
+        const std::uint64_t slot = slots_[PositionOf(text, hash)];
         return slot == EMPTY ? nullptr : &entries_[EntryOf(slot)].value;
     }
 
+    // Asks the processor to fetch the slot where looking up a text of this hash starts, so that
+    // lookups prepared together wait for memory together.
+    void Prefetch(std::uint64_t hash) const {
+#if defined(__GNUC__)
+        __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
+#else
+        static_cast<void>(hash);
+#endif
+    }
+
     // Whether no text is mapped.
-    bool Empty() const { return entries_.empty(); }
+    bool Empty() const {
+        return entries_.empty();
+    }
+
+    // FNV-1a over the folded bytes, then mixed as MurmurHash3 finishes: FNV alone leaves the low
+    // bits, which pick the slot, depending on the low bits of the bytes only.
+    static std::uint64_t Hash(std::string_view text) {
+        std::uint64_t hash = 14695981039346656037ULL;
+        for (const char c : text) {
+            hash = (hash ^ static_cast<unsigned char>(Fold(c))) * 1099511628211ULL;
+        }
+        hash = (hash ^ (hash >> 33)) * 0xff51afd7ed558ccdULL;
+        hash = (hash ^ (hash >> 33)) * 0xc4ceb9fe1a85ec53ULL;
+        return hash ^ (hash >> 33);
+    }
 
   private:
     // A mapped text: its hash, where its key stands in the buffer, and its value.
@@ -60,7 +89,9 @@ class ZentuTextIndex {
     }
 
     // The number of the entry that a slot holds.
-    static std::size_t EntryOf(std::uint64_t slot) { return static_cast<std::uint32_t>(slot); }
+    static std::size_t EntryOf(std::uint64_t slot) {
+        return static_cast<std::uint32_t>(slot);
+    }
 
     // A power of two at least twice count, so that half the slots stay free.
     static std::size_t SlotCountFor(std::size_t count) {
@@ -74,18 +105,6 @@ class ZentuTextIndex {
     // The byte as keys compare it.
     static char Fold(char c) {
         return IgnoreCase && c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-    }
-
-    // FNV-1a over the folded bytes, then mixed as MurmurHash3 finishes: FNV alone leaves the low
-    // bits, which pick the slot, depending on the low bits of the bytes only.
-    static std::uint64_t Hash(std::string_view text) {
-        std::uint64_t hash = 14695981039346656037ULL;
-        for (const char c : text) {
-            hash = (hash ^ static_cast<unsigned char>(Fold(c))) * 1099511628211ULL;
-        }
-        hash = (hash ^ (hash >> 33)) * 0xff51afd7ed558ccdULL;
-        hash = (hash ^ (hash >> 33)) * 0xc4ceb9fe1a85ec53ULL;
-        return hash ^ (hash >> 33);
     }
 
     // Whether the entry's key is text.
