@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -32,12 +33,13 @@ class ZENTU_JOB_DOCUMENT_API ZentuReferenceGraph {
         bool used = false;
     };
 
-    // One reference: from the referring command to the referred one, with the item's name, and
-    // the weight of an expanded term.
+    // One reference: from the referring command to the referred one, with the name of the item
+    // that refers (owned by the item), and the weight of an expanded term.
     struct Edge {
         std::size_t from = 0;
         std::size_t to = 0;
-        std::string label;
+        const std::string* name = nullptr;
+        std::optional<double> weight;
     };
 
     // Builds the graph of a completed job; the schema tells which lists hold references.

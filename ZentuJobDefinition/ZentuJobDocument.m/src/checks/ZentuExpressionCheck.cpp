@@ -82,13 +82,13 @@ Weights expanded_weights(const ZentuTypedJob& job, const ZentuCmd& operatorComma
         pending.pop_back();
         std::vector<const ZentuCmd*> terms;
         std::vector<double> factors;
-        for (const auto& item : command->Items(CmdItem::DV)) {
+        for (const auto& item : command->GetItemRange(CmdItem::DV)) {
             if (item->GetName() == TERM_ITEM &&
                 job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
                 terms.push_back(item->GetReference());
             }
         }
-        for (const auto& item : command->Items(CmdItem::OBJ_FUNC)) {
+        for (const auto& item : command->GetItemRange(CmdItem::OBJ_FUNC)) {
             if (item->GetName() == WEIGHT_ITEM &&
                 job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
                 factors.push_back(item->GetReal());

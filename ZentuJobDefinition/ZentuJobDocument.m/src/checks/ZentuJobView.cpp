@@ -22,7 +22,7 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
         }
         commands_[origin.command] = &command;
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                 const ZentuOrigin itemOrigin = job.OriginOf(command, *item);
                 if (itemOrigin.item != ZentuOrigin::NONE) {
                     items_[origin.command][itemOrigin.item] = item.get();

@@ -33,7 +33,7 @@ std::string identifier_of(const ZentuCmd& command) {
 // The weights that go with the expanded terms of a command, in order.
 std::vector<double> term_weights(const ZentuCmd& command) {
     std::vector<double> weights;
-    for (const auto& item : command.Items(CmdItem::OBJ_FUNC)) {
+    for (const auto& item : command.GetItemRange(CmdItem::OBJ_FUNC)) {
         if (item->GetName() == WEIGHT_ITEM && item->HasReal()) {
             weights.push_back(item->GetReal());
         }
@@ -83,17 +83,17 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
         const std::vector<double> weights = term_weights(command);
         std::size_t term = 0;
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                 const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
                 const auto found = index.find(target);
                 if (found == index.end() || target == &command) {
                     continue;
                 }
-                std::string label = item->GetName();
-                if (label == TERM_ITEM && term < weights.size()) {
-                    label = ZentuStringUtil::String(weights[term++]);
+                Edge edge{from, found->second, &item->GetName(), std::nullopt};
+                if (item->GetName() == TERM_ITEM && term < weights.size()) {
+                    edge.weight = weights[term++];
                 }
-                edges_.push_back({from, found->second, label});
+                edges_.push_back(edge);
             }
         }
         AddListEdges(command, from, schema, byIdentifier);
@@ -115,14 +115,14 @@ void ZentuReferenceGraph::AddListEdges(
         if (description.type != DataType::LIST || description.references == Cmd::CMD_PLACEHOLDER) {
             continue;
         }
-        for (const auto& item : command.Items(description.kind)) {
+        for (const auto& item : command.GetItemRange(description.kind)) {
             std::vector<std::string> elements;
             ZentuStringUtil::Split(item->GetString(), ",", elements);
             for (std::string& element : elements) {
                 ZentuStringUtil::Trim(element);
                 const auto target = byIdentifier.find(ZentuStringUtil::to_upper(element));
                 if (target != byIdentifier.end() && target->second != from) {
-                    edges_.push_back({from, target->second, item->GetName()});
+                    edges_.push_back({from, target->second, &item->GetName(), std::nullopt});
                 }
             }
         }
@@ -174,7 +174,8 @@ std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() cons
 
 std::string ZentuReferenceGraph::ToDot() const {
     std::ostringstream dot;
-    dot << "digraph job {\n  rankdir=LR;\n  graph [fontname=\"Helvetica\"];\n  node [shape=box, style=\"rounded,filled\", "
+    dot << "digraph job {\n  rankdir=LR;\n  graph [fontname=\"Helvetica\"];\n  node [shape=box, "
+           "style=\"rounded,filled\", "
            "fontname=\"Helvetica\"];\n  edge [fontname=\"Helvetica\", fontsize=10];\n";
     for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
         std::ostringstream members;
@@ -204,7 +205,8 @@ std::string ZentuReferenceGraph::ToDot() const {
         }
     }
     for (const Edge& edge : edges_) {
-        dot << "  n" << edge.from << " -> n" << edge.to << " [label=" << dot_string(edge.label)
+        const std::string label = edge.weight ? ZentuStringUtil::String(*edge.weight) : *edge.name;
+        dot << "  n" << edge.from << " -> n" << edge.to << " [label=" << dot_string(label)
             << "];\n";
     }
     dot << "}\n";

@@ -334,7 +334,7 @@ bool holds(const ZentuCmd* command, const ZentuItemSchema& description) {
     if (command == nullptr) {
         return false;
     }
-    const auto& items = command->Items(description.kind);
+    const auto items = command->GetItemRange(description.kind);
     return std::any_of(items.begin(), items.end(),
                        [&](const auto& item) { return item->GetName() == description.name; });
 }
