@@ -6,6 +6,8 @@
 #   WORKDIR        the directory the command runs in, as it is
 #   SCRATCH        instead of WORKDIR: a directory that is emptied first and receives COPY
 #   COPY           files copied into SCRATCH before the run, separated by |
+#   LINK           a symbolic link made in SCRATCH before the run: its name|what it points to
+#   READ_ONLY      a file of SCRATCH whose write permissions are taken away before the run
 #   INPUT          a file of the work directory that the command reads as standard input
 #   STATUS         the expected exit status (0 when not given)
 #   STDOUT         a file that standard output must equal byte for byte
@@ -229,6 +231,15 @@ if(DEFINED SCRATCH)
     foreach(source IN LISTS copies)
         file(COPY "${source}" DESTINATION "${SCRATCH}")
     endforeach()
+    if(DEFINED LINK)
+        string(REPLACE "|" ";" link "${LINK}")
+        list(GET link 0 link_name)
+        list(GET link 1 link_target)
+        file(CREATE_LINK "${link_target}" "${SCRATCH}/${link_name}" SYMBOLIC)
+    endif()
+    if(DEFINED READ_ONLY)
+        file(CHMOD "${SCRATCH}/${READ_ONLY}" PERMISSIONS OWNER_READ GROUP_READ WORLD_READ)
+    endif()
     set(WORKDIR "${SCRATCH}")
 endif()
 if(NOT IS_DIRECTORY "${WORKDIR}")

@@ -1,6 +1,8 @@
 #include "Expand.h"
 
-#include "JobFiles.h"
+#include <algorithm>
+
+#include "Inputs.h"
 
 namespace zentu_cmd {
 
@@ -9,8 +11,13 @@ ExpandCommand::ExpandCommand(CLI::App& app)
                      "Rewrite a file completed by the schema's defaults, references and rules") {}
 
 int ExpandCommand::Run(const RunContext& context) {
-    WriteContainer(read_job(input_, context.schema, ZentuCompletion::FULL));
-    return 0;
+    int status = 0;
+    const int readStatus =
+        use_each_job(Inputs(), context.schema,
+                     [&](const std::string& input, const std::string&, const ZentuTypedJob& job) {
+                         status = std::max(status, DeliverCanonical(input, job, context.schema));
+                     });
+    return std::max(status, readStatus);
 }
 
 }  // namespace zentu_cmd

@@ -1,15 +1,78 @@
 #include "Format.h"
 
+#include <algorithm>
+#include <iostream>
+
+#include "FindingsOutput.h"
+#include "Inputs.h"
 #include "JobFiles.h"
+#include "UnifiedDiff.h"
+#include "ZentuJobFormatter.h"
 
 namespace zentu_cmd {
 
+namespace {
+
+// The exit status of --check when a file would change.
+constexpr int WOULD_CHANGE = 1;
+
+}  // namespace
+
 FormatCommand::FormatCommand(CLI::App& app)
     : RewriteCommand(app, "format",
-                     "Rewrite a file in the canonical layout, without completing it") {}
+                     "Lay a file out anew, keeping its comments, order and texts, without "
+                     "completing it") {
+    command_->add_flag("--canonical", canonical_,
+                       "Write the library writer's layout instead: commands and items in kind "
+                       "order, without comments and undescribed content");
+    ExcludeWriting(command_->add_flag(
+        "--check", check_, "Write nothing; list the files that would change and exit 1 if any"));
+    ExcludeWriting(command_->add_flag("--diff", diff_,
+                                      "Write nothing; print what would change as a unified diff"));
+}
 
 int FormatCommand::Run(const RunContext& context) {
-    WriteContainer(read_job(input_, context.schema, ZentuCompletion::NONE));
+    int status = 0;
+    for (const std::string& input : Inputs()) {
+        status = std::max(status, FormatOne(input, context));
+    }
+    return status;
+}
+
+int FormatCommand::FormatOne(const std::string& input, const RunContext& context) const {
+    const ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::NONE);
+    const std::string name = input_name(input);
+    const ZentuJobDocument& document = job.Document();
+    if (canonical_) {
+        print_findings_text(name, job.Findings(), std::cerr);
+        if (job.HasErrors()) {
+            return FAILED;
+        }
+    } else if (!ZentuJobFormatter::can_format(document)) {
+        print_findings_text(name, document.Findings(), std::cerr);
+        return FAILED;
+    }
+    if (check_ || diff_) {
+        const std::string text =
+            canonical_ ? canonical_text(job.Container())
+                       : *ZentuJobFormatter::format_document(document, context.schema);
+        return ReportChange(name, document.Text(), text);
+    }
+    if (canonical_) {
+        return DeliverCanonical(input, job, context.schema);
+    }
+    return Deliver(input, *ZentuJobFormatter::format_document(document, context.schema));
+}
+
+int FormatCommand::ReportChange(const std::string& name, const std::string& before,
+                                const std::string& after) const {
+    if (diff_) {
+        print_unified_diff(before, after, name, std::cout);
+    }
+    if (check_ && before != after) {
+        std::cout << name << "\n";
+        return WOULD_CHANGE;
+    }
     return 0;
 }
 

@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <ostream>
 #include <random>
+#include <sstream>
 #include <system_error>
 
 #include "KPL_Failure.h"
@@ -17,7 +17,6 @@
 #include "ZentuCmdParOutput.h"
 #include "ZentuFileUtil.h"
 #include "ZentuParFile.h"
-#include "ZentuParFileAdapter.h"
 
 namespace fs = std::filesystem;
 
@@ -25,6 +24,14 @@ namespace zentu_cmd {
 
 namespace {
 
+// Symbolic links followed at most before a chain counts as a loop, as the system counts.
+constexpr int MAX_LINK_HOPS = 40;
+
+// The permission bits that let anybody write a file.
+constexpr fs::perms WRITE_PERMISSIONS =
+    fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+
+// The number of commands that the writer writes.
 std::size_t command_count(const ZentuCmdContainer& container) {
     return static_cast<std::size_t>(std::distance(container.begin(), container.end()));
 }
@@ -62,51 +69,81 @@ bool wrote_completely(const fs::path& file, const ZentuCmdContainer& container) 
     }
 }
 
-void write_to(const fs::path& file, const ZentuCmdContainer& container) {
-    ZentuCmdParOutput(ZentuFileUtil::from_utf8(file.string()), container,
-                      ZentuCmdDefs::get_default_cmd_names(), ZentuCmdItemDefs::CMD_ITEM_NAMES)
-        .Write(L"w");
+// The whole content of a file.
+std::string text_of(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+// The file that writing to path changes: path itself, or the end of its chain of symbolic links.
+fs::path final_target(const std::string& path) {
+    fs::path target(path);
+    std::error_code error;
+    for (int hop = 0; fs::is_symlink(target, error); ++hop) {
+        if (hop == MAX_LINK_HOPS) {
+            throw ToolError(path + ": too many levels of symbolic links");
+        }
+        const fs::path link = fs::read_symlink(target, error);
+        target = link.is_absolute() ? link : target.parent_path() / link;
+    }
+    return target;
+}
+
+// The mode bits decide, not whether this process may write: the superuser may write anything,
+// yet a file that its owner made read-only is not meant to change.
+void refuse_read_only(const fs::path& file, const std::string& target) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (fs::exists(status) && (status.permissions() & WRITE_PERMISSIONS) == fs::perms::none) {
+        throw ToolError(target + ": is read-only; left unchanged");
+    }
+}
+
+// Writes text as the whole content of file; false when that failed.
+bool write_to(const fs::path& file, const std::string& text) {
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.close();
+    return !out.fail();
 }
 
 }  // namespace
 
-ZentuCmdContainer read_job(const std::string& path, const ZentuJobSchema& schema,
-                           ZentuCompletion completion) {
-    ZentuCmdContainer container;
-    const ZentuBoundRules::Scope rules(schema.BoundRules());
-    ZentuParFileAdapter(ZentuFileUtil::from_utf8(path), schema.BuildConfig(completion))
-        .Parse(container);
-    return container;
+std::string canonical_text(const ZentuCmdContainer& container) {
+    const fs::path temporary = create_temporary_beside(fs::temp_directory_path() / "zentu-cmd");
+    ZentuCmdParOutput(ZentuFileUtil::from_utf8(temporary.string()), container,
+                      ZentuCmdDefs::get_default_cmd_names(), ZentuCmdItemDefs::CMD_ITEM_NAMES)
+        .Write(L"w");
+    const bool complete = wrote_completely(temporary, container);
+    std::string text = text_of(temporary);
+    std::error_code error;
+    fs::remove(temporary, error);
+    if (!complete) {
+        throw ToolError("the library's writer could not write the job completely");
+    }
+    return text;
 }
 
-void write_job_file(const ZentuCmdContainer& container, const std::string& target) {
-    const fs::path targetPath(target);
-    const fs::path temporary = create_temporary_beside(targetPath);
+void write_text_file(const std::string& text, const std::string& target) {
+    const fs::path file = final_target(target);
+    refuse_read_only(file, target);
+    const fs::path temporary = create_temporary_beside(file);
     std::error_code error;
-    write_to(temporary, container);
-    if (!wrote_completely(temporary, container)) {
+    if (!write_to(temporary, text)) {
         fs::remove(temporary, error);
         throw ToolError(target + ": the text could not be written completely");
     }
-    if (fs::exists(targetPath, error)) {
-        fs::permissions(temporary, fs::status(targetPath, error).permissions(), error);
+    if (fs::exists(file, error)) {
+        fs::permissions(temporary, fs::status(file, error).permissions(), error);
     }
-    fs::rename(temporary, targetPath, error);
+    fs::rename(temporary, file, error);
     if (error) {
         const std::string reason = error.message();
         fs::remove(temporary, error);
         throw ToolError(target + ": cannot be replaced: " + reason);
     }
-}
-
-void write_job(const ZentuCmdContainer& container, std::ostream& out) {
-    const fs::path temporary = create_temporary_beside(fs::temp_directory_path() / "zentu-cmd");
-    write_to(temporary, container);
-    std::ifstream written(temporary, std::ios::binary);
-    out << written.rdbuf();
-    written.close();
-    std::error_code error;
-    fs::remove(temporary, error);
 }
 
 }  // namespace zentu_cmd

@@ -1,24 +1,20 @@
 #pragma once
 
-#include <iosfwd>
 #include <string>
 
 #include "ZentuCmdContainer.h"
-#include "ZentuJobSchema.h"
 
 namespace zentu_cmd {
 
-// Reads the job file at path (UTF-8) into a new container with the schema, completed as asked;
-// throws KPL_Failure when the library refuses the file.
-ZentuCmdContainer read_job(const std::string& path, const ZentuJobSchema& schema,
-                           ZentuCompletion completion);
+// The text that the library's writer writes for the container. Throws ToolError when that text
+// does not read back with every command, since the writer itself reports nothing.
+std::string canonical_text(const ZentuCmdContainer& container);
 
-// Writes the container as a parameter file to target without ever leaving a half-written file:
-// the text goes to a temporary file beside the target, which replaces the target only once it
-// is complete. Throws ToolError when that fails; the target is then untouched.
-void write_job_file(const ZentuCmdContainer& container, const std::string& target);
-
-// Writes the container as a parameter file to out.
-void write_job(const ZentuCmdContainer& container, std::ostream& out);
+// Writes text to target without ever leaving a half-written file: the text goes to a temporary
+// file beside the target, which replaces the target only once it is complete. A symbolic link is
+// written through: the file it leads to gets the text and the link stays. A target whose mode
+// grants nobody write permission is refused, also when the superuser could write it. Throws
+// ToolError when the target cannot be written; it is then untouched.
+void write_text_file(const std::string& text, const std::string& target);
 
 }  // namespace zentu_cmd
