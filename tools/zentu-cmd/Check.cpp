@@ -21,6 +21,34 @@ CheckCommand::CheckCommand(CLI::App& app)
                      "How to report: text (default), json, sarif (SARIF 2.1.0) or github "
                      "(workflow commands)")
         ->transform(CLI::CheckedTransformer(findings_formats(), CLI::ignore_case));
+    // One code per option, so that the files after it stay files.
+    const auto codes = CLI::IsMember(ZentuFindingCodes::all());
+    const std::pair<const char*, std::vector<std::string>*> overrides[] = {
+        {"--error", &errors_}, {"--warn", &warnings_}, {"--ignore", &ignored_}};
+    const char* const helps[] = {"Report the findings of CODE as errors",
+                                 "Report the findings of CODE as warnings",
+                                 "Leave the findings of CODE out"};
+    for (std::size_t i = 0; i < 3; ++i) {
+        command_->add_option(overrides[i].first, *overrides[i].second, helps[i])
+            ->check(codes)
+            ->expected(1)
+            ->allow_extra_args(false)
+            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    }
+}
+
+std::vector<ZentuJobChecks::SeverityOverride> CheckCommand::Overrides() const {
+    std::vector<ZentuJobChecks::SeverityOverride> overrides;
+    for (const std::string& code : errors_) {
+        overrides.push_back({code, ZentuSeverity::ERROR});
+    }
+    for (const std::string& code : warnings_) {
+        overrides.push_back({code, ZentuSeverity::WARNING});
+    }
+    for (const std::string& code : ignored_) {
+        overrides.push_back({code, std::nullopt});
+    }
+    return overrides;
 }
 
 int CheckCommand::StatusOf(const ZentuTypedJob& job) const {
@@ -37,8 +65,10 @@ int CheckCommand::Run(const RunContext& context) {
     const std::unique_ptr<FindingsReport> report =
         make_findings_report(format_, std::cout, !context.quiet);
     int status = CHECK_CLEAN;
+    const std::vector<ZentuJobChecks::SeverityOverride> overrides = Overrides();
     for (const std::string& input : expand_inputs(files_)) {
-        const ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::FULL);
+        ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::FULL);
+        job.OverrideSeverities(overrides);
         report->Add(input_name(input), job);
         status = std::max(status, StatusOf(job));
     }

@@ -19,6 +19,8 @@ class CheckCommand : public Subcommand {
     int Run(const RunContext& context) override;
 
   private:
+    // The severity overrides that the options ask for.
+    std::vector<ZentuJobChecks::SeverityOverride> Overrides() const;
     // The exit status that the findings of one file call for.
     int StatusOf(const ZentuTypedJob& job) const;
 
@@ -26,6 +28,10 @@ class CheckCommand : public Subcommand {
     // Warnings make the exit status 1.
     bool strict_ = false;
     FindingsFormat format_ = FindingsFormat::TEXT;
+    // Codes made errors, warnings, or dropped, for this run.
+    std::vector<std::string> errors_;
+    std::vector<std::string> warnings_;
+    std::vector<std::string> ignored_;
 };
 
 }  // namespace zentu_cmd

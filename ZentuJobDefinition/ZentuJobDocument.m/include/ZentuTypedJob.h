@@ -6,6 +6,7 @@
 
 #include "ZentuCmdContainer.h"
 #include "ZentuFinding.h"
+#include "ZentuJobChecks.h"
 #include "ZentuJobDocument.h"
 #include "ZentuJobDocumentExport.h"
 #include "ZentuJobSchema.h"
@@ -80,6 +81,8 @@ class ZENTU_JOB_DOCUMENT_API ZentuTypedJob {
     const std::vector<ZentuFinding>& Findings() const { return findings_; }
     // Whether a finding is an error.
     bool HasErrors() const;
+    // Gives the findings of each overridden code its new severity, or drops them.
+    void OverrideSeverities(const std::vector<ZentuJobChecks::SeverityOverride>& overrides);
     // The number of reference items of the file that name a command, and that name none.
     std::size_t ResolvedReferences() const { return resolved_; }
     std::size_t UnresolvedReferences() const { return unresolved_; }

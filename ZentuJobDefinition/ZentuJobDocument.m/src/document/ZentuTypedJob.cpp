@@ -489,6 +489,11 @@ bool ZentuTypedJob::HasErrors() const {
     });
 }
 
+void ZentuTypedJob::OverrideSeverities(
+    const std::vector<ZentuJobChecks::SeverityOverride>& overrides) {
+    ZentuJobChecks::apply_overrides(overrides, findings_);
+}
+
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
     const ZentuOrigin* found = commandOrigins_.Find(&command);
     return found == nullptr ? ZentuOrigin{} : *found;
