@@ -40,6 +40,23 @@ void read_items(const ZentuParCommand& parsed, const ZentuCmdMetaData& descripti
     }
 }
 
+// Reads the commands of the file into the container, each with its items and their defaults. The
+// split file is released on return, before the container is completed, so that the two are never
+// held whole at once.
+void read_commands(const std::wstring& path, const ZentuCmdIoConfig& config,
+                   ZentuCmdContainer& container) {
+    const ZentuCmdMetaData unknownCommand;
+    const ZentuParFile file(path);
+    for (const ZentuParCommand& parsed : file) {
+        const auto found = config.cmd_metadata.find(ZentuUpperCase::to_upper(parsed.GetKeyword()));
+        const ZentuCmdMetaData& description =
+            found == config.cmd_metadata.end() ? unknownCommand : found->second;
+        ZentuCmd& command = container.CreateCommand(description.GetKey(), parsed.GetKeyword());
+        read_items(parsed, description, config.enum_map, command);
+        ZentuCmdContainerRules::add_default_valued_items(command, description, config.enum_map);
+    }
+}
+
 }  // namespace
 
 ZentuParFileAdapter::ZentuParFileAdapter(const std::wstring& path, ZentuCmdIoConfig&& config)
@@ -53,16 +70,7 @@ ZentuParFileAdapter::ZentuParFileAdapter(ZentuParFileAdapter&& other)
 ZentuParFileAdapter::~ZentuParFileAdapter() = default;
 
 void ZentuParFileAdapter::Parse(ZentuCmdContainer& container) const {
-    const ZentuCmdMetaData unknownCommand;
-    const ZentuParFile file(path_);
-    for (const ZentuParCommand& parsed : file) {
-        const auto found = config_.cmd_metadata.find(ZentuUpperCase::to_upper(parsed.GetKeyword()));
-        const ZentuCmdMetaData& description =
-            found == config_.cmd_metadata.end() ? unknownCommand : found->second;
-        ZentuCmd& command = container.CreateCommand(description.GetKey(), parsed.GetKeyword());
-        read_items(parsed, description, config_.enum_map, command);
-        ZentuCmdContainerRules::add_default_valued_items(command, description, config_.enum_map);
-    }
+    read_commands(path_, config_, container);
     ZentuCmdContainerRules::create_default_commands(container, config_.cmd_metadata,
                                                     config_.enum_map);
     container.CreateReferences();
