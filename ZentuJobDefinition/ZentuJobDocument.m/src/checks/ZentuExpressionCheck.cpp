@@ -7,6 +7,7 @@
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
 #include "ZentuCmdItem.h"
+#include "ZentuCommandIdentifier.h"
 #include "ZentuExpressionArithmetic.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -30,11 +31,6 @@ constexpr std::string_view GENERATED_PREFIX = "_DRESPEXPR_";
 // Two weights are the same when they differ by rounding only.
 bool same_weight(double a, double b) {
     return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)});
-}
-
-std::string identifier_of(const ZentuCmd& command) {
-    return command.HasItem(CmdItem::ID_NAME, 0) ? command.Item(CmdItem::ID_NAME, 0).GetString()
-                                                : std::string();
 }
 
 // "+2*A -1*B", or "nothing" for no terms.
@@ -95,7 +91,7 @@ Weights expanded_weights(const ZentuTypedJob& job, const ZentuCmd& operatorComma
             }
         }
         for (std::size_t k = 0; k < terms.size() && k < factors.size(); ++k) {
-            const std::string name = terms[k] != nullptr ? identifier_of(*terms[k]) : "";
+            const std::string name = terms[k] != nullptr ? zentu_identifier_of(*terms[k]) : "";
             if (name.rfind(GENERATED_PREFIX, 0) == 0) {
                 pending.emplace_back(terms[k], factor * factors[k]);
             } else {

@@ -7,6 +7,7 @@
 
 #include "ZentuCmd.h"
 #include "ZentuCmdItem.h"
+#include "ZentuCommandIdentifier.h"
 #include "ZentuJobSchema.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
@@ -24,11 +25,6 @@ constexpr std::string_view WEIGHT_ITEM = "WEIGHT";
 // Fill colours of the kinds, a light palette that keeps black text readable.
 constexpr std::array<const char*, 8> KIND_COLOURS = {"#dbe9f6", "#fde2c8", "#d9f0d3", "#f6d5e5",
                                                      "#e8e0f5", "#fff3bf", "#d7f2f0", "#eeeeee"};
-
-std::string identifier_of(const ZentuCmd& command) {
-    return command.HasItem(CmdItem::ID_NAME, 0) ? command.Item(CmdItem::ID_NAME, 0).GetString()
-                                                : std::string();
-}
 
 // The weights that go with the expanded terms of a command, in order.
 std::vector<double> term_weights(const ZentuCmd& command) {
@@ -68,7 +64,7 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
         node.command = &command;
         node.kind = command.GetType();
         node.keyword = command.GetName();
-        node.identifier = identifier_of(command);
+        node.identifier = zentu_identifier_of(command);
         if (origin.command != ZentuOrigin::NONE) {
             const ZentuDocumentCommand& read = job.Document().Commands()[origin.command];
             node.line = read.line;

@@ -13,6 +13,7 @@
 #include "ZentuCmdItem.h"
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
+#include "ZentuCommandIdentifier.h"
 #include "ZentuDrespExpressionParser.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -33,11 +34,6 @@ constexpr char REFERENCE_MARK = '%';
 
 // The failure that the rule engine raises for a command whose keyword it cannot find.
 constexpr const char* MISSING_CONFIGURATION_ID = "202810221842";
-
-std::string identifier_of(const ZentuCmd& command) {
-    return command.HasItem(CmdItem::ID_NAME, 0) ? command.Item(CmdItem::ID_NAME, 0).GetString()
-                                                : std::string();
-}
 
 // A message on one line: the library's keyword refusal spans three, and tools that read findings
 // expect one per line.
@@ -301,7 +297,7 @@ class ZentuTypedJobReader {
         std::unordered_set<std::string> identifiers;
         for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
             for (const auto& command : job_.container_.GetCommands(kind)) {
-                identifiers.insert(identifier_of(*command));
+                identifiers.insert(zentu_identifier_of(*command));
             }
         }
         return identifiers;
@@ -313,7 +309,7 @@ class ZentuTypedJobReader {
         if (!identifiers_) {
             std::unordered_set<std::string> unique;
             for (const ZentuCmd& command : job_.container_) {
-                unique.insert(identifier_of(command));
+                unique.insert(zentu_identifier_of(command));
             }
             identifiers_.emplace(unique.begin(), unique.end());
             std::sort(identifiers_->begin(), identifiers_->end());
@@ -431,7 +427,7 @@ class ZentuTypedJobReader {
             return;
         }
         ++job_.unresolved_;
-        const std::string identifier = identifier_of(command);
+        const std::string identifier = zentu_identifier_of(command);
         const std::string meant = ClosestIdentifier(item.GetString());
         Report(ZentuFindingCodes::DANGLING_REFERENCE,
                KPL_Failure::Format(Messages::REFERENCE_NAMES_NO_COMMAND, command.GetName().c_str(),
