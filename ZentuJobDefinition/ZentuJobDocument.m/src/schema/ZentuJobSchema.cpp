@@ -134,6 +134,16 @@ std::optional<double> bound_field(const Json& object, const char* field, const I
     return found->get<double>();
 }
 
+// The text of a field that names an entry, for messages about it; empty when there is none, so
+// that a malformed entry is still named as far as it can be.
+std::string name_of(const Json& entry, const char* field) {
+    if (!entry.is_object()) {
+        return {};
+    }
+    const auto found = entry.find(field);
+    return found != entry.end() && found->is_string() ? found->get<std::string>() : std::string();
+}
+
 bool is_upper_case(const std::string& text) {
     return std::none_of(text.begin(), text.end(), [](char c) { return c >= 'a' && c <= 'z'; });
 }
@@ -233,8 +243,8 @@ ItemSchema parse_item(const Json& entry, const EntryPath& path) {
         item.references = enum_named<Cmd>(
             ZentuCmdDefs::CMD_NAMES, required(entry, "references", path), "command kind", path);
     } else if (item.type == DataType::LIST && entry.contains("references")) {
-        item.references = enum_named<Cmd>(ZentuCmdDefs::CMD_NAMES, entry["references"],
-                                          "command kind", path);
+        item.references =
+            enum_named<Cmd>(ZentuCmdDefs::CMD_NAMES, entry["references"], "command kind", path);
     } else if (entry.contains("references")) {
         path.Fail("only REFERENCE and LIST items have \"references\"");
     }
@@ -282,10 +292,7 @@ CommandSchema parse_command(const Json& entry, const EntryPath& path) {
     }
     std::set<std::string> names;
     for (std::size_t i = 0; i < items.size(); ++i) {
-        const std::string name =
-            items[i].is_object() && items[i].contains("name") && items[i]["name"].is_string()
-                ? items[i]["name"].get<std::string>()
-                : std::string();
+        const std::string name = name_of(items[i], "name");
         const EntryPath itemPath = path.Child("items", i, name);
         command.items.push_back(parse_item(items[i], itemPath));
         if (!names.insert(command.items.back().name).second) {
@@ -362,7 +369,8 @@ std::string constraints_text(const ItemSchema& item) {
 
 std::string values_text(const ItemSchema& item) {
     if (item.references != Cmd::CMD_PLACEHOLDER) {
-        return std::string(item.type == DataType::LIST ? "each element " : "") + "refers to " + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
+        return std::string(item.type == DataType::LIST ? "each element " : "") + "refers to " +
+               ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
     }
     std::string text;
     for (const auto& [keyword, value] : item.keywords) {
@@ -416,10 +424,7 @@ ZentuJobSchema ZentuJobSchema::Parse(const Json& document, const std::string& so
     }
     std::set<std::string> keywords;
     for (std::size_t i = 0; i < commands.size(); ++i) {
-        const std::string keyword = commands[i].is_object() && commands[i].contains("keyword") &&
-                                            commands[i]["keyword"].is_string()
-                                        ? commands[i]["keyword"].get<std::string>()
-                                        : std::string();
+        const std::string keyword = name_of(commands[i], "keyword");
         const EntryPath commandPath = path.Child("commands", i, keyword);
         schema.commands.push_back(parse_command(commands[i], commandPath));
         if (!keywords.insert(schema.commands.back().keyword).second) {
@@ -427,10 +432,7 @@ ZentuJobSchema ZentuJobSchema::Parse(const Json& document, const std::string& so
         }
     }
     for (std::size_t i = 0; i < rules.size(); ++i) {
-        const std::string name =
-            rules[i].is_object() && rules[i].contains("rule") && rules[i]["rule"].is_string()
-                ? rules[i]["rule"].get<std::string>()
-                : std::string();
+        const std::string name = name_of(rules[i], "rule");
         const EntryPath rulePath = path.Child("rules", i, name);
         schema.rules.push_back(parse_rule(rules[i], rulePath));
         try {
