@@ -1,8 +1,11 @@
 include_guard(GLOBAL)
 include(GNUInstallDirs)
 
-# Applies the project's warning set to a target; every target of the project uses it.
-function(zentu_target_warnings target)
+# Gives a target the project's defaults: C++17 without compiler extensions and the project's
+# warning set; every target of the project uses it.
+function(zentu_target_defaults target)
+    target_compile_features(${target} PUBLIC cxx_std_17)
+    set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
     if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic)
         if(ZENTU_WARNINGS_AS_ERRORS)
@@ -31,10 +34,8 @@ function(zentu_add_shared_library name)
     target_sources(${name}
         PRIVATE ${ARG_SOURCES}
         PUBLIC FILE_SET HEADERS BASE_DIRS ${ARG_INCLUDE_DIR} FILES ${ARG_HEADERS})
-    target_compile_features(${name} PUBLIC cxx_std_17)
     target_compile_definitions(${name} PRIVATE ${ARG_BUILDING_DEFINE})
     set_target_properties(${name} PROPERTIES
-        CXX_EXTENSIONS OFF
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON
         VERSION ${PROJECT_VERSION}
@@ -44,5 +45,5 @@ function(zentu_add_shared_library name)
     if(NOT APPLE AND NOT WIN32)
         set_target_properties(${name} PROPERTIES INSTALL_RPATH "$ORIGIN")
     endif()
-    zentu_target_warnings(${name})
+    zentu_target_defaults(${name})
 endfunction()

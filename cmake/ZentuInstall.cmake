@@ -17,6 +17,12 @@ install(EXPORT ZentuCmdEngineTargets
     NAMESPACE ZentuCmdEngine::
     DESTINATION "${ZENTU_CMAKE_INSTALL_DIR}")
 
+# The build tree is a package too: a consumer that sets ZentuCmdEngine_DIR to the build folder
+# uses the libraries where they were built, without installing them.
+export(EXPORT ZentuCmdEngineTargets
+    NAMESPACE ZentuCmdEngine::
+    FILE "${PROJECT_BINARY_DIR}/ZentuCmdEngineTargets.cmake")
+
 configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/ZentuCmdEngineConfig.cmake.in"
     "${PROJECT_BINARY_DIR}/ZentuCmdEngineConfig.cmake"

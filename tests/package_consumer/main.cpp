@@ -38,6 +38,11 @@ bool RulesArePlainPointers(ZentuCmdContainer& container) {
     return stored && g_ran == "dv:DV_TOPO container ";
 }
 
+// The version macros come with the package and agree with each other.
+static_assert(ZENTU_CMD_ENGINE_VERSION == ZENTU_CMD_ENGINE_VERSION_MAJOR * 10000 +
+                                              ZENTU_CMD_ENGINE_VERSION_MINOR * 100 +
+                                              ZENTU_CMD_ENGINE_VERSION_PATCH);
+
 }  // namespace
 
 int main() {
@@ -56,6 +61,6 @@ int main() {
     }
     const bool ok = reference != nullptr && reference->GetReference() == &group &&
                     reference->GetString() == "G1" && caught && RulesArePlainPointers(container);
-    std::printf("package consumer: %s\n", ok ? "ok" : "FAILED");
+    std::printf("package consumer %s: %s\n", ZENTU_CMD_ENGINE_VERSION_STRING, ok ? "ok" : "FAILED");
     return ok ? 0 : 1;
 }

@@ -15,6 +15,7 @@
 #include "KPL_LogMacros.h"
 #include "SchemaCommand.h"
 #include "ToolError.h"
+#include "ZentuCmdEngineVersion.h"
 #include "ZentuJobSchema.h"
 
 namespace {
@@ -38,7 +39,7 @@ int main(int argc, char** argv) {
         "zentu-cmd checks, completes, rewrites and exports structural-optimisation job "
         "files (parameter files) against a schema.",
         "zentu-cmd"};
-    app.set_version_flag("--version", std::string("zentu-cmd ") + ZENTU_CMD_VERSION);
+    app.set_version_flag("--version", std::string("zentu-cmd ") + ZENTU_CMD_ENGINE_VERSION_STRING);
     app.require_subcommand(1);
     // Global options may also follow the subcommand, as in `zentu-cmd check --quiet job.par`.
     app.fallthrough();

@@ -242,6 +242,9 @@ ZENTU_CMD_ENGINE_API extern const std::string MODIFY_NAME;
 // "ALL"; kept beside the item names for hosts, not an item kind.
 ZENTU_CMD_ENGINE_API extern const std::string ALL_NAME;
 
+// The name of every data type, indexed by its value, as schemas and messages write it.
+ZENTU_CMD_ENGINE_API extern const std::array<std::string, DATA_TYPE_COUNT> DATA_TYPE_NAMES;
+
 // The value-type names of the host's own vocabulary; not indexed by DataType.
 ZENTU_CMD_ENGINE_API extern const std::array<std::string, 12> VALUE_TYPE_NAMES;
 

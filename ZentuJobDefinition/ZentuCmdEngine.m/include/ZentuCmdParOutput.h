@@ -17,7 +17,10 @@ class ZENTU_CMD_ENGINE_API ZentuCmdParOutput : public ZentuCmdOutput {
                       std::array<std::string, ZentuCmdDefs::CMD_KIND_COUNT> commandNames,
                       std::array<std::string, ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> itemNames);
     ZentuCmdParOutput(const ZentuCmdParOutput& other);
+    // NOLINTBEGIN(performance-noexcept-move-constructor,performance-move-constructor-init): the
+    // interface declares these moves without noexcept and has them copy what the source keeps.
     ZentuCmdParOutput(ZentuCmdParOutput&& other);
+    // NOLINTEND(performance-noexcept-move-constructor,performance-move-constructor-init)
     ~ZentuCmdParOutput() override;
 
   protected:

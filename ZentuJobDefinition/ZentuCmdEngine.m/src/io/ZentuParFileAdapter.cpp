@@ -10,7 +10,7 @@
 #include "ZentuCmdMetaData.h"
 #include "ZentuParFile.h"
 #include "ZentuParFileAdapter_Util.h"
-#include "items/ZentuUpperCase.h"
+#include "ZentuStringUtil.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ void warn_unknown_item(const std::string& itemName, const ZentuCmd& command,
 void read_items(const ZentuParCommand& parsed, const ZentuCmdMetaData& description,
                 const ZentuCmdItemDefs::KeywordMap& keywords, ZentuCmd& command) {
     for (const ZentuParSubCommand& sub : parsed) {
-        const std::string itemName = ZentuUpperCase::to_upper(sub.GetName());
+        const std::string itemName = ZentuStringUtil::to_upper(sub.GetName());
         const auto found = description.GetMetaData().find(itemName);
         if (found == description.GetMetaData().end()) {
             if (!itemName.empty()) {
@@ -48,7 +48,7 @@ void read_commands(const std::wstring& path, const ZentuCmdIoConfig& config,
     const ZentuCmdMetaData unknownCommand;
     const ZentuParFile file(path);
     for (const ZentuParCommand& parsed : file) {
-        const auto found = config.cmd_metadata.find(ZentuUpperCase::to_upper(parsed.GetKeyword()));
+        const auto found = config.cmd_metadata.find(ZentuStringUtil::to_upper(parsed.GetKeyword()));
         const ZentuCmdMetaData& description =
             found == config.cmd_metadata.end() ? unknownCommand : found->second;
         ZentuCmd& command = container.CreateCommand(description.GetKey(), parsed.GetKeyword());
@@ -64,8 +64,11 @@ ZentuParFileAdapter::ZentuParFileAdapter(const std::wstring& path, ZentuCmdIoCon
 
 ZentuParFileAdapter::ZentuParFileAdapter(const ZentuParFileAdapter& other) = default;
 
+// NOLINTBEGIN(performance-noexcept-move-constructor,performance-move-constructor-init): the
+// interface declares these moves without noexcept and has them copy what the source keeps.
 ZentuParFileAdapter::ZentuParFileAdapter(ZentuParFileAdapter&& other)
     : path_(std::move(other.path_)), config_(other.config_) {}
+// NOLINTEND(performance-noexcept-move-constructor,performance-move-constructor-init)
 
 ZentuParFileAdapter::~ZentuParFileAdapter() = default;
 

@@ -8,7 +8,6 @@
 #include "ZentuFormatUtil.h"
 #include "ZentuStringUtil.h"
 #include "items/ZentuIntegerText.h"
-#include "items/ZentuUpperCase.h"
 
 using ZentuCmdItemDefs::DataType;
 
@@ -26,7 +25,7 @@ bool is_quoted(const std::string& text) {
 }
 
 std::string upper_trimmed(const std::string& text) {
-    std::string result = ZentuUpperCase::to_upper(text);
+    std::string result = ZentuStringUtil::to_upper(text);
     ZentuStringUtil::Trim(result);
     return result;
 }

@@ -4,7 +4,7 @@
 
 #include "KPL_Failure.h"
 #include "ZentuCmdMessages.h"
-#include "items/ZentuUpperCase.h"
+#include "ZentuStringUtil.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ std::string listed_keywords(const KeywordsDictionary<int>& keywords) {
 
 ZentuCmdEnumItem::ZentuCmdEnumItem(const std::string& name, const std::string& text,
                                    const KeywordsDictionary<int>& keywords)
-    : ZentuCmdItem(name), value_(0), text_(ZentuUpperCase::to_upper(text)) {
+    : ZentuCmdItem(name), value_(0), text_(ZentuStringUtil::to_upper(text)) {
     if (!keywords.Find(text_.c_str(), value_)) {
         print_error_msg(name, text, keywords);
     }

@@ -1,7 +1,7 @@
 #include "ZentuCmdReferenceItem.h"
 
 #include "ZentuCmd.h"
-#include "model/ZentuCmdIdentifier.h"
+#include "model/ZentuCmdIdentifierIndex.h"
 
 ZentuCmdReferenceItem::ZentuCmdReferenceItem(const std::string& name, const ZentuCmd& target)
     : ZentuCmdItem(name), reference_(&target) {}

@@ -1,9 +1,9 @@
 #include "ZentuCmdStringItem.h"
 
-#include "items/ZentuUpperCase.h"
+#include "ZentuStringUtil.h"
 
 ZentuCmdStringItem::ZentuCmdStringItem(const std::string& name, const std::string& text)
-    : ZentuCmdRawStringItem(name, ZentuUpperCase::to_upper(text)) {}
+    : ZentuCmdRawStringItem(name, ZentuStringUtil::to_upper(text)) {}
 
 ZentuCmdStringItem::ZentuCmdStringItem(const ZentuCmdStringItem& other) = default;
 

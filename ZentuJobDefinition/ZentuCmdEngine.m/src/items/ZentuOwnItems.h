@@ -8,6 +8,7 @@
 #include "ZentuCmd.h"
 #include "ZentuCmdAutoItem.h"
 #include "ZentuCmdEnumItem.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdIntItem.h"
 #include "ZentuCmdRawStringItem.h"
 #include "ZentuCmdReferenceItem.h"
@@ -51,10 +52,12 @@ struct ZentuOwnItems {
             return std::nullopt;
         }
         const ZentuCmd* target = static_cast<const ZentuCmdReferenceItem&>(item).reference_;
-        if (target == nullptr || !target->HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)) {
+        const ZentuCmdItem* identifierItem =
+            target != nullptr ? ZentuCmdIdentifier::item_of(*target) : nullptr;
+        if (identifierItem == nullptr) {
             return std::string_view();
         }
-        const std::string* identifier = TextOf(target->Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0));
+        const std::string* identifier = TextOf(*identifierItem);
         return identifier != nullptr ? std::optional<std::string_view>(*identifier) : std::nullopt;
     }
 

@@ -9,7 +9,7 @@
 #include "ZentuCmdAutoItem.h"
 #include "ZentuCmdReferenceItem.h"
 #include "items/ZentuOwnItems.h"
-#include "model/ZentuCmdIdentifier.h"
+#include "model/ZentuCmdIdentifierIndex.h"
 #include "model/ZentuReadOnlyView.h"
 
 using ZentuCmdDefs::Cmd;
@@ -148,6 +148,7 @@ std::vector<std::reference_wrapper<ZentuCmd>> commands_with_first_item(
 
 }  // namespace
 
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares the placeholder as a static command.
 ZentuCmd ZentuCmdContainer::s_DefaultCmd = placeholder_command();
 
 ZentuCmdContainer::ZentuCmdContainer() = default;

@@ -11,8 +11,6 @@
 #include "ZentuCmdMessages.h"
 #include "ZentuCmdMetaData.h"
 
-using ZentuCmdDefs::Cmd;
-
 namespace ZentuCmdContainerRules {
 
 namespace {

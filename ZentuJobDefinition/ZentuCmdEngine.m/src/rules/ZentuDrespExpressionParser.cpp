@@ -9,12 +9,15 @@
 
 #include "ZentuCmdScalarItem.h"
 #include "ZentuStringUtil.h"
-#include "items/ZentuUpperCase.h"
-#include "model/ZentuCmdIdentifier.h"
+#include "model/ZentuCmdIdentifierIndex.h"
 #include "model/ZentuTextIndex.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
+using ZentuMathExpressions::JOINING_CLASS;
+using ZentuMathExpressions::NUMBER_CLASS;
+using ZentuMathExpressions::PRODUCT_CLASS;
+using ZentuMathExpressions::REFERENCE_CLASS;
 using ZentuMathExpressions::Token;
 using ZentuMathExpressions::TokenClass;
 using ZentuMathExpressions::TokenDescription;
@@ -22,11 +25,6 @@ using ZentuMathExpressions::TokenDescription;
 namespace ZentuDrespExpressionParser {
 
 namespace {
-
-constexpr TokenClass NUMBER = 1;
-constexpr TokenClass PRODUCT = 2;
-constexpr TokenClass JOINING = 3;
-constexpr TokenClass REFERENCE = 4;
 
 // The text of the marker tokens that stand on the stack for a group of pending terms.
 constexpr const char* MARKER_TEXT = "COMBINE";
@@ -94,7 +92,7 @@ ZentuMathExpressions::Matcher never_matches() {
 }
 
 Token make_marker(int counter) {
-    Token marker{MARKER_TEXT, 0.0, TokenDescription(PRODUCT, never_matches())};
+    Token marker{MARKER_TEXT, 0.0, TokenDescription(PRODUCT_CLASS, never_matches())};
     marker.description.SetCounter(counter);
     return marker;
 }
@@ -104,11 +102,11 @@ TokenClass class_of(const Token& token) {
 }
 
 bool is_marker(const Token& token) {
-    return class_of(token) == PRODUCT && token.text == MARKER_TEXT;
+    return class_of(token) == PRODUCT_CLASS && token.text == MARKER_TEXT;
 }
 
 bool is_zero(const Token& token) {
-    return class_of(token) == NUMBER && std::fabs(token.value) < ZERO_LIMIT;
+    return class_of(token) == NUMBER_CLASS && std::fabs(token.value) < ZERO_LIMIT;
 }
 
 void add_to_counter(Token& token, int amount) {
@@ -117,7 +115,8 @@ void add_to_counter(Token& token, int amount) {
 
 // The coefficient with which a term enters a join: the operator applied to (x, 0).
 double evaluate_weight(double x, const Token& joining) {
-    static const TokenDescription number = ZentuMathExpressions::build_single_token(0, NUMBER);
+    static const TokenDescription number =
+        ZentuMathExpressions::build_single_token(0, NUMBER_CLASS);
     std::vector<Token> operands{{ZentuStringUtil::String(x), x, number}, {"0", 0.0, number}};
     if (joining.description.GetEvaluation()) {
         joining.description.GetEvaluation()(operands);
@@ -145,7 +144,7 @@ void add_combine_items(const PendingTerms& terms, const ZentuCmdItemDefs::Keywor
     command.AddAutoItem(CmdItem::TYPE, "TYPE", MARKER_TEXT, keywords);
     for (std::size_t k = 0; k < terms.weights.size(); ++k) {
         const std::string identifier =
-            ZentuUpperCase::to_upper(strip_reference_delimiters(terms.names[k]));
+            ZentuStringUtil::to_upper(strip_reference_delimiters(terms.names[k]));
         if (const ZentuCmd* target = index.Find(identifier)) {
             command.AddItem(CmdItem::DV, "VARIABLE", *target);
             command.AddItem(CmdItem::OBJ_FUNC,
@@ -168,13 +167,13 @@ void close_group(Token& marker, Reduction& reduction) {
     terms.names.erase(terms.names.begin() + first, terms.names.end());
 
     const std::string name = build_combine_name(group);
-    const std::string identifier = ZentuUpperCase::to_upper(name);
+    const std::string identifier = ZentuStringUtil::to_upper(name);
     if (reduction.index.Find(identifier) == nullptr) {
         ZentuCmd& generated = reduction.container.CreateCommand(Cmd::OPERATOR, "OPERATOR", name);
         reduction.index.AddOperator(identifier, generated);
         add_combine_items(group, reduction.keywords, reduction.index, generated);
     }
-    marker = Token{name, 0.0, TokenDescription(REFERENCE, never_matches())};
+    marker = Token{name, 0.0, TokenDescription(REFERENCE_CLASS, never_matches())};
 }
 
 void push_product(double factor, std::string reference, Reduction& reduction) {
@@ -191,14 +190,14 @@ void reduce_product(Reduction& reduction) {
     }
     Token& top = stack.back();
     Token& second = stack[stack.size() - 2];
-    if (is_marker(top) && class_of(second) == NUMBER) {
+    if (is_marker(top) && class_of(second) == NUMBER_CLASS) {
         close_group(top, reduction);
-    } else if (is_marker(second) && class_of(top) == NUMBER) {
+    } else if (is_marker(second) && class_of(top) == NUMBER_CLASS) {
         close_group(second, reduction);
     }
-    if (class_of(top) == REFERENCE && class_of(second) == NUMBER) {
+    if (class_of(top) == REFERENCE_CLASS && class_of(second) == NUMBER_CLASS) {
         push_product(second.value, top.text, reduction);
-    } else if (class_of(top) == NUMBER && class_of(second) == REFERENCE) {
+    } else if (class_of(top) == NUMBER_CLASS && class_of(second) == REFERENCE_CLASS) {
         push_product(top.value, second.text, reduction);
     }
 }
@@ -225,21 +224,21 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
     } else if (is_zero(second) && is_marker(top)) {  // a sign applied to a group's last term
         apply_to_last_weight(terms, joining);
         stack.erase(stack.end() - 2);
-    } else if (class_of(second) == REFERENCE && is_marker(top)) {
+    } else if (class_of(second) == REFERENCE_CLASS && is_marker(top)) {
         terms.weights.insert(terms.weights.end() - (terms.weights.empty() ? 0 : 1), 1.0);
         terms.names.insert(terms.names.end() - (terms.names.empty() ? 0 : 1), second.text);
         apply_to_last_weight(terms, joining);
         stack.erase(stack.end() - 2);
         add_to_counter(stack.back(), 1);
-    } else if (is_marker(second) && class_of(top) == REFERENCE) {
+    } else if (is_marker(second) && class_of(top) == REFERENCE_CLASS) {
         terms.Append(evaluate_weight(1.0, joining), top.text);
         stack.pop_back();
         add_to_counter(stack.back(), 1);
-    } else if (is_zero(second) && class_of(top) == REFERENCE) {
+    } else if (is_zero(second) && class_of(top) == REFERENCE_CLASS) {
         terms.Append(evaluate_weight(1.0, joining), top.text);
         stack.pop_back();
         stack.back() = make_marker(0);
-    } else if (class_of(second) == REFERENCE && class_of(top) == REFERENCE) {
+    } else if (class_of(second) == REFERENCE_CLASS && class_of(top) == REFERENCE_CLASS) {
         terms.Append(1.0, second.text);
         terms.Append(evaluate_weight(1.0, joining), top.text);
         stack.pop_back();
@@ -251,12 +250,12 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
 void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd& command) {
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         Token& token = tokens[i];
-        if (class_of(token) == PRODUCT && token.text == "*") {
+        if (class_of(token) == PRODUCT_CLASS && token.text == "*") {
             // A product needs two factors before it; a leading one has none and is dropped.
             if (i >= 2) {
                 reduce_product(reduction);
             }
-        } else if (class_of(token) == JOINING) {
+        } else if (class_of(token) == JOINING_CLASS) {
             reduce_sum(token, reduction);
         } else {
             reduction.stack.push_back(std::move(token));
@@ -324,10 +323,10 @@ class ReferenceMatcher {
 std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
     auto matcher = std::make_shared<const ReferenceMatcher>(container);
     std::vector<TokenDescription> setup;
-    setup.emplace_back(
-        REFERENCE, [matcher](std::string::const_iterator begin, std::string::const_iterator end) {
-            return matcher->Match(begin, end);
-        });
+    setup.emplace_back(REFERENCE_CLASS, [matcher](std::string::const_iterator begin,
+                                                  std::string::const_iterator end) {
+        return matcher->Match(begin, end);
+    });
     ZentuMathExpressions::create_default_token_setup(setup);
     return setup;
 }

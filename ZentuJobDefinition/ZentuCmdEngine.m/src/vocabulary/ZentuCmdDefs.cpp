@@ -2,6 +2,7 @@
 
 namespace ZentuCmdDefs {
 
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
 const std::array<std::string, CMD_KIND_COUNT> CMD_NAMES = {
     "MODEL_INPUT", "GROUP_DEF",       "FILTER",
     "DV",          "DRESP",           "OPERATOR",

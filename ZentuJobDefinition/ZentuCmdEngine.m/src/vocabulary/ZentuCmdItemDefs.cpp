@@ -2,6 +2,7 @@
 
 namespace ZentuCmdItemDefs {
 
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
 const std::array<std::string, CMD_ITEM_KIND_COUNT> CMD_ITEM_NAMES = {"ID_NAME",
                                                                      "TYPE",
                                                                      "FILE",
@@ -43,9 +44,17 @@ const std::array<std::string, CMD_ITEM_KIND_COUNT> CMD_ITEM_NAMES = {"ID_NAME",
                                                                      "FILTER",
                                                                      "PLACEHOLDER"};
 
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
 const std::string MODIFY_NAME = "MODIFY";
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
 const std::string ALL_NAME = "ALL";
 
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
+const std::array<std::string, DATA_TYPE_COUNT> DATA_TYPE_NAMES = {
+    "INTEGER",    "REAL", "VECTOR3D",  "STRING", "RAW_STRING", "RESERVED",
+    "BRELT_LIST", "LIST", "REFERENCE", "ENUM",   "AUTO"};
+
+// NOLINTNEXTLINE(cert-err58-cpp): the interface declares its names as std::string objects.
 const std::array<std::string, 12> VALUE_TYPE_NAMES = {
     "vtmInteger",     "vtmDouble",     "vtmEnum",   "vtmString",      "vtmIdName",  "vtmReference",
     "vtmIntegerList", "vtmDoubleList", "vtmSelect", "vtmComplexType", "vtmModelId", "vtmUnknown"};

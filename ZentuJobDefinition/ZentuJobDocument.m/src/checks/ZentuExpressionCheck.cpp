@@ -6,8 +6,8 @@
 
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
-#include "ZentuCommandIdentifier.h"
 #include "ZentuExpressionArithmetic.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -91,7 +91,8 @@ Weights expanded_weights(const ZentuTypedJob& job, const ZentuCmd& operatorComma
             }
         }
         for (std::size_t k = 0; k < terms.size() && k < factors.size(); ++k) {
-            const std::string name = terms[k] != nullptr ? zentu_identifier_of(*terms[k]) : "";
+            const std::string name =
+                terms[k] != nullptr ? ZentuCmdIdentifier::text_of(*terms[k]) : "";
             if (name.rfind(GENERATED_PREFIX, 0) == 0) {
                 pending.emplace_back(terms[k], factor * factors[k]);
             } else {

@@ -6,8 +6,8 @@
 #include <unordered_map>
 
 #include "ZentuCmd.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
-#include "ZentuCommandIdentifier.h"
 #include "ZentuJobSchema.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
@@ -64,7 +64,7 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
         node.command = &command;
         node.kind = command.GetType();
         node.keyword = command.GetName();
-        node.identifier = zentu_identifier_of(command);
+        node.identifier = ZentuCmdIdentifier::text_of(command);
         if (origin.command != ZentuOrigin::NONE) {
             const ZentuDocumentCommand& read = job.Document().Commands()[origin.command];
             node.line = read.line;

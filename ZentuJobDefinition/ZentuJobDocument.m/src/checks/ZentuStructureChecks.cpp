@@ -9,6 +9,7 @@
 #include "BreltList.h"
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -20,7 +21,6 @@
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
-using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 
 namespace {
@@ -246,8 +246,8 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
 std::unordered_set<std::string> identifiers_of(const ZentuCmdContainer& container, Cmd kind) {
     std::unordered_set<std::string> identifiers;
     for (const auto& command : container.GetCommands(kind)) {
-        if (command->HasItem(CmdItem::ID_NAME, 0)) {
-            identifiers.insert(command->Item(CmdItem::ID_NAME, 0).GetString());
+        if (const ZentuCmdItem* identifier = ZentuCmdIdentifier::item_of(*command)) {
+            identifiers.insert(identifier->GetString());
         }
     }
     return identifiers;

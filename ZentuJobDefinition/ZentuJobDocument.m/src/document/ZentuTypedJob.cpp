@@ -10,10 +10,10 @@
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
 #include "ZentuCmdContainerRules.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
-#include "ZentuCommandIdentifier.h"
 #include "ZentuDrespExpressionParser.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -297,7 +297,7 @@ class ZentuTypedJobReader {
         std::unordered_set<std::string> identifiers;
         for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
             for (const auto& command : job_.container_.GetCommands(kind)) {
-                identifiers.insert(zentu_identifier_of(*command));
+                identifiers.insert(ZentuCmdIdentifier::text_of(*command));
             }
         }
         return identifiers;
@@ -309,7 +309,7 @@ class ZentuTypedJobReader {
         if (!identifiers_) {
             std::unordered_set<std::string> unique;
             for (const ZentuCmd& command : job_.container_) {
-                unique.insert(zentu_identifier_of(command));
+                unique.insert(ZentuCmdIdentifier::text_of(command));
             }
             identifiers_.emplace(unique.begin(), unique.end());
             std::sort(identifiers_->begin(), identifiers_->end());
@@ -427,7 +427,7 @@ class ZentuTypedJobReader {
             return;
         }
         ++job_.unresolved_;
-        const std::string identifier = zentu_identifier_of(command);
+        const std::string identifier = ZentuCmdIdentifier::text_of(command);
         const std::string meant = ClosestIdentifier(item.GetString());
         Report(ZentuFindingCodes::DANGLING_REFERENCE,
                KPL_Failure::Format(Messages::REFERENCE_NAMES_NO_COMMAND, command.GetName().c_str(),

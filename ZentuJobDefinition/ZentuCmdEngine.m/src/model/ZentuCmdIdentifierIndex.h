@@ -8,23 +8,11 @@
 #include <vector>
 
 #include "ZentuCmd.h"
+#include "ZentuCmdIdentifier.h"
 #include "items/ZentuOwnItems.h"
 #include "model/ZentuTextIndex.h"
 
 namespace ZentuCmdIdentifier {
-
-// The item that carries the command's identifier, its first ID_NAME item; null when it has none.
-inline const ZentuCmdItem* item_of(const ZentuCmd& cmd) {
-    return cmd.HasItem(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)
-               ? &cmd.Item(ZentuCmdItemDefs::CmdItem::ID_NAME, 0)
-               : nullptr;
-}
-
-// The command's identifier; empty when it has none.
-inline std::string text_of(const ZentuCmd& cmd) {
-    const ZentuCmdItem* item = item_of(cmd);
-    return item != nullptr ? item->GetString() : std::string();
-}
 
 // Identifier to the first command that bears it.
 using Index = ZentuTextIndex<const ZentuCmd*>;
