@@ -50,6 +50,7 @@ class RuleFunctionTest : public ::testing::Test {
     const KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
 };
 
+// Rules run again on every read, so a second run or a kind already held must change nothing.
 TEST_F(RuleFunctionTest, PerCommandRulesAddOneItemOnceAndNeverToAKindAlreadyHeld) {
     Command(Cmd::DV, "V1");
     Command(Cmd::DRESP, "D1").AddAutoItem(CmdItem::VALUE, "LIMIT", "7", keywords_);
@@ -93,6 +94,7 @@ TEST_F(RuleFunctionTest, PerCommandRulesAddOneItemOnceAndNeverToAKindAlreadyHeld
     }
 }
 
+// Reference rules add nothing without a fitting command, else refer to the first of the kind.
 TEST_F(RuleFunctionTest, ReferenceRulesReferToTheFirstFittingCommandIfAny) {
     ZentuCmd& objective = Command(Cmd::OBJ_FUNC, "O1");
     ZentuCmd& design = Command(Cmd::DV, "D1");  // bears the identifier, but is of another kind
@@ -113,6 +115,7 @@ TEST_F(RuleFunctionTest, ReferenceRulesReferToTheFirstFittingCommandIfAny) {
     EXPECT_EQ(objective.Item(CmdItem::DV, 0).GetReference(), &design);
 }
 
+// The value is added only when the first item of the kind carries the keyword.
 TEST_F(RuleFunctionTest, AddValueIfEnumPresentLooksOnlyAtTheFirstItemOfTheKind) {
     // Automatically typed and plain string TYPE items, and the VALUE that the rule must add: any
     // keyword of the value counts, but only in the first item, and a string holds no keyword.
@@ -174,6 +177,7 @@ class RuleCopyTypeToCmd : public RuleFunctionTest {
     ZentuCmd& subject_ = Command(Cmd::CONSTRAINT, "C1");
 };
 
+// Only the first source command counts, and in it the first response holding a typed value.
 TEST_F(RuleCopyTypeToCmd, CopiesTheFirstValueOfTheTypeFromTheFirstSourceOnly) {
     CopyToMax(CmdItem::REFERENCE);
     CopyValue(true, Cmd::OPERATOR);
@@ -186,6 +190,7 @@ TEST_F(RuleCopyTypeToCmd, CopiesTheFirstValueOfTheTypeFromTheFirstSourceOnly) {
     EXPECT_EQ(Items(subject_, CmdItem::VALUE), "auto LIMIT=7");
 }
 
+// Replacing must leave later items and an already equal first item alone.
 TEST_F(RuleCopyTypeToCmd, ReplaceSwapsOnlyADifferingFirstItemAndOnlyOnce) {
     subject_.AddStringItem(CmdItem::VALUE, "OWN", "5");
     subject_.AddStringItem(CmdItem::VALUE, "OWN", "6");
@@ -236,6 +241,7 @@ class RuleCollection : public RuleFunctionTest {
     ZentuCmd& second_ = Command(Cmd::DV, "V2");
 };
 
+// The first member picks the target by identifier; a member of another kind links nothing.
 TEST_F(RuleCollection, TheFirstMemberNamesTheTargetByIdentifierAndOtherKindsLinkNothing) {
     ZentuCmd& twin = Command(Cmd::DV, "V1");
     ZentuCmd& collection = Collection("C1", {&twin, &second_});
@@ -245,6 +251,7 @@ TEST_F(RuleCollection, TheFirstMemberNamesTheTargetByIdentifierAndOtherKindsLink
     EXPECT_EQ(first_.Item(CmdItem::DV_CONSTRAINT, 0).GetReference(), &collection);
 }
 
+// A named target gets its link even twice, and a named but missing target gets no fallback.
 TEST_F(RuleCollection, ANamedTargetIsLinkedEvenWhenLinkedAlreadyButNeverFallenBackTo) {
     ZentuCmd& collection = Collection("C1", {&second_});
     second_.AddItem(CmdItem::DV_CONSTRAINT, "LINK", collection);
@@ -254,6 +261,7 @@ TEST_F(RuleCollection, ANamedTargetIsLinkedEvenWhenLinkedAlreadyButNeverFallenBa
     EXPECT_EQ(State(), (Texts{"", "ref LINK=C1; ref LINK=C1", "", "members left: 0"}));
 }
 
+// Without a usable member the fallback links the first target, once however often it runs.
 TEST_F(RuleCollection, FallbackLinksUnusableMembersToTheFirstTargetOnce) {
     Collection("C1", {});
     Collection("C2", {&response_});
@@ -265,6 +273,7 @@ TEST_F(RuleCollection, FallbackLinksUnusableMembersToTheFirstTargetOnce) {
     EXPECT_EQ(State(), (Texts{"ref LINK=C1; ref LINK=C2; ref LINK=", "", "members left: 0"}));
 }
 
+// Hosts bind rule functions into a configuration; the engine must hand them what they need.
 TEST_F(RuleFunctionTest, RuleFunctionsBoundIntoAConfigurationRunThroughTheEngine) {
     ZentuCmdIoConfig config;
     config.AddCmdMetadata("OBJ_FUNC", ZentuCmdMetaData(Cmd::OBJ_FUNC, false));
