@@ -333,6 +333,8 @@ TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIde
     self.AddItem(CmdItem::GROUP, std::make_unique<ZentuCmdRawStringItem>("GROUP", "G1"));
     self.AddItem(CmdItem::DRESP, laterShared);
     self.AddItem(CmdItem::DRESP, withoutId);
+    // An automatically typed list is keyed by its first part, trimmed.
+    self.AddAutoItem(CmdItem::VALUE, "VALUE", "G1 , OTHER", {});
     // The last eight: a list of more than one text is keyed by its first.
     const std::vector<KeyCase> cases = {{"G1", &upperG1},
                                         {"", nullptr},
@@ -374,6 +376,7 @@ TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIde
     // A reference item moves to an earlier namesake of its target, or stays without a match.
     EXPECT_EQ(self.Item(CmdItem::DRESP, 0).GetReference(), &shared);
     EXPECT_EQ(self.Item(CmdItem::DRESP, 1).GetReference(), &withoutId);
+    EXPECT_EQ(self.Item(CmdItem::VALUE, 0).GetReference(), &upperG1);
     EXPECT_EQ(Snapshot(container), before);
     // Every run resolves against the container as it is then.
     ZentuCmd& emptyId = container.CreateCommand(Cmd::OBJ_FUNC, "OBJ_FUNC", "");
