@@ -2,6 +2,7 @@
 // changed; the fuzzer covers the rest.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
