@@ -2,6 +2,7 @@
 // configured sequence of rules with its configuration failure.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -86,6 +87,7 @@ class RuleEngineTest : public ::testing::Test {
     Lines log_;
 };
 
+// Rules run in the order added, each on the container that the rules before it left.
 TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheOnesBefore) {
     Describe("DV", Cmd::DV);
     container_.CreateCommand(Cmd::DV, "DV", "v1");
@@ -146,6 +148,7 @@ TEST_F(RuleEngineTest, HandsEachCommandOfTheKindTheDescriptionStoredUnderItsName
     EXPECT_TRUE(container_.GetCommand(Cmd::DRESP, 0).Items(CmdItem::DESCRIPTION).empty());
 }
 
+// A per-command rule creates its command only when asked, and the creation adds no defaults.
 TEST_F(RuleEngineTest, CreatesAMissingCommandOnlyWhenAskedAndThenWithoutDefaultItems) {
     Describe("DRESP", Cmd::DRESP).AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1));
     AddVisitingRule(Cmd::DRESP);
@@ -204,6 +207,7 @@ TEST_F(RuleEngineTest, FailsWithTheConfigurationFailureAndRunsNoLaterRule) {
     }
 }
 
+// A configuration failure does not undo what the rule did to the commands before.
 TEST_F(RuleEngineTest, CommandsVisitedBeforeTheFailingOneKeepWhatTheRuleDid) {
     Describe("DV", Cmd::DV);
     container_.CreateCommand(Cmd::DV, "DV", "v1");
@@ -218,6 +222,7 @@ TEST_F(RuleEngineTest, CommandsVisitedBeforeTheFailingOneKeepWhatTheRuleDid) {
                      "DV_TOPO@DV ID_NAME:ID_NAME=V2/string", "DV@DV ID_NAME:ID_NAME=V3/string"}));
 }
 
+// A rule's own failure reaches the host as thrown and stops the later rules.
 TEST_F(RuleEngineTest, PassesARulesFailureOnUnchanged) {
     config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) {
         throw KPL_Failure("the rule refused", "|%P|Host|Rule");
@@ -228,6 +233,7 @@ TEST_F(RuleEngineTest, PassesARulesFailureOnUnchanged) {
     EXPECT_TRUE(log_.empty());
 }
 
+// Only flagged kinds without any command get one, named by the keyword and holding its defaults.
 TEST_F(RuleEngineTest, CreatesADefaultCommandForEachFlaggedKindWithoutCommand) {
     Describe("dresp", Cmd::DRESP, true)
         .AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1))
@@ -247,6 +253,7 @@ TEST_F(RuleEngineTest, CreatesADefaultCommandForEachFlaggedKindWithoutCommand) {
                      "OPT_PARAM@OPT_PARAM ID_NAME:ID_NAME=__DEFAULT_OPT_PARAM_/string"}));
 }
 
+// Two flagged keywords of one kind must not make two default commands of that kind.
 TEST_F(RuleEngineTest, TwoFlaggedKeywordsOfOneKindCreateOneCommand) {
     Describe("DRESP", Cmd::DRESP, true)
         .AddItem("NOTE", ZentuCmdItemMetaData(CmdItem::DESCRIPTION, "from DRESP", "", 1));
@@ -262,7 +269,9 @@ TEST_F(RuleEngineTest, TwoFlaggedKeywordsOfOneKindCreateOneCommand) {
                                           "_/string DESCRIPTION:NOTE=FROM " + name + "/string"});
 }
 
-// Of descriptions that share a kind, neither the first nor the last added comes first by name.
+// A kind the command lacks gets the first default by name in its data type's class, and a kind it
+// holds keeps exactly its items; of defaults sharing a kind neither the first nor the last added
+// comes first by name.
 TEST_F(RuleEngineTest, AddsEveryDefaultInTheClassOfItsDataTypeTheFirstByNameOfAKind) {
     ZentuCmdMetaData metadata(Cmd::DV, false);
     metadata.AddItem("ZULU", ZentuCmdItemMetaData(CmdItem::VALUE, 9, "", 1))
@@ -275,38 +284,28 @@ TEST_F(RuleEngineTest, AddsEveryDefaultInTheClassOfItsDataTypeTheFirstByNameOfAK
         .AddItem("TARGET", ZentuCmdItemMetaData(CmdItem::DRESP, Cmd::DRESP, "R1"))
         .AddItem("UNSET", ZentuCmdItemMetaData(CmdItem::FORMAT, DataType::STRING, "", "", 1))
         .AddItem("BARE", ZentuCmdItemMetaData(CmdItem::UPPER))
-        .AddItem("MIKE", ZentuCmdItemMetaData(CmdItem::VALUE, 8, "", 1));
+        .AddItem("MIKE", ZentuCmdItemMetaData(CmdItem::VALUE, 8, "", 1))
+        .AddItem("ID_NAME", ZentuCmdItemMetaData(CmdItem::ID_NAME, "default id", "", 1))
+        .AddItem("TOP", ZentuCmdItemMetaData(CmdItem::MAX, 1, "", 1));
     ZentuCmd& cmd = container_.CreateCommand(Cmd::DV, "DV", "v1");
+    cmd.AddStringItem(CmdItem::MAX, "first");
+    cmd.AddStringItem(CmdItem::MAX, "second");
+    const std::vector<const ZentuCmdItem*> held = Identities(cmd);
 
     Rules::add_default_valued_items(cmd, metadata, config_.enum_map);
+
+    const std::vector<const ZentuCmdItem*> after = Identities(cmd);
+    for (const ZentuCmdItem* item : held) {
+        EXPECT_NE(std::find(after.begin(), after.end(), item), after.end());
+    }
 
     EXPECT_EQ(CmdLine(cmd),
               "DV@DV ID_NAME:ID_NAME=V1/string TYPE:KIND=HARD/enum FILE:PATH=a.Txt/raw "
-              "VALUE:COUNT=5/int MIN:LIMIT=2.5/real DESCRIPTION:NOTE=/string "
-              "DIRECTION:DIR=1,0,0/auto");
+              "VALUE:COUNT=5/int MIN:LIMIT=2.5/real MAX:MAX=FIRST/string MAX:MAX=SECOND/string "
+              "DESCRIPTION:NOTE=/string DIRECTION:DIR=1,0,0/auto");
 }
 
-TEST_F(RuleEngineTest, KeepsExactlyTheItemsOfAKindTheCommandHolds) {
-    ZentuCmdMetaData metadata(Cmd::DV, false);
-    metadata.AddItem("KIND", ZentuCmdItemMetaData(CmdItem::TYPE, "soft", "", 1))
-        .AddItem("COUNT", ZentuCmdItemMetaData(CmdItem::VALUE, 5, "", 1))
-        .AddItem("ID_NAME", ZentuCmdItemMetaData(CmdItem::ID_NAME, "default id", "", 1));
-    ZentuCmd& cmd = container_.CreateCommand(Cmd::DV, "DV", "v1");
-    cmd.AddStringItem(CmdItem::TYPE, "first");
-    cmd.AddStringItem(CmdItem::TYPE, "second");
-    const std::vector<const ZentuCmdItem*> before = Identities(cmd);
-
-    Rules::add_default_valued_items(cmd, metadata, config_.enum_map);
-
-    std::vector<const ZentuCmdItem*> after = Identities(cmd);
-    ASSERT_EQ(after.size(), before.size() + 1);
-    after.pop_back();
-    EXPECT_EQ(after, before);
-    EXPECT_EQ(CmdLine(cmd),
-              "DV@DV ID_NAME:ID_NAME=V1/string TYPE:TYPE=FIRST/string TYPE:TYPE=SECOND/string "
-              "VALUE:COUNT=5/int");
-}
-
+// A refused default must not take back the defaults added before it.
 TEST_F(RuleEngineTest, ARefusedDefaultPassesThroughAndKeepsTheDefaultsAddedBefore) {
     ZentuCmdMetaData metadata(Cmd::DV, false);
     metadata.AddItem("A_COUNT", ZentuCmdItemMetaData(CmdItem::VALUE, 5, "", 1))
