@@ -1,3 +1,5 @@
+// Item classes: the base class's neutral answers and type dispatch, text, reference, number,
+// keyword and automatically typed items, their refusals, and their copies.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -6,28 +8,31 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
 #include <typeinfo>
 #include <utility>
 #include <vector>
 
 #include "BreltList.h"
-#include "ZentuCmd.h"
-#include "ZentuCmdItem.h"
-#include "ZentuCmdItemDefs.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdReferenceItem.h"
-#include "ZentuCmdStringItem.h"
+#include "KeywordsDictionary.h"
+#include "ZentuCmdItem_Util.h"
 #include "ZentuMatrix.h"
 #include "engine_test_support.h"
 
 namespace {
 
 using zentu_test::BareItem;
+using zentu_test::ClassOf;
+using zentu_test::FailureLine;
+using zentu_test::FailureOf;
 using zentu_test::ProbeItem;
 using zentu_test::ToInt;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
+using ZentuCmdItemDefs::EnumValue;
+using ZentuCmdItemDefs::KeywordMap;
+using Keywords = std::vector<std::pair<std::string, int>>;
 
 std::unique_ptr<ZentuCmd> CommandWithId(const std::string& text) {
     auto cmd = std::make_unique<ZentuCmd>(Cmd::GROUP_DEF);
@@ -35,49 +40,97 @@ std::unique_ptr<ZentuCmd> CommandWithId(const std::string& text) {
     return cmd;
 }
 
-// The base class's own answers and the three text item classes, named after their class.
+// A dictionary set up as item descriptions set theirs up: codes 32 to 127, not-found value -1.
+KeywordsDictionary<int> Described(const Keywords& keywords) {
+    KeywordsDictionary<int> dictionary;
+    dictionary.Reset(-1);
+    for (int code = 32; code <= 127; ++code) {
+        dictionary.AllowCharacter(static_cast<char>(code));
+    }
+    dictionary.BuildAlphabet();
+    for (const auto& [keyword, value] : keywords) {
+        dictionary.Insert(keyword.c_str(), value);
+    }
+    return dictionary;
+}
+
+const Keywords kNodal = {{"DENSITY", 1}, {"DISTRIBUTION", 2}, {"NODAL", 3}};
+
+// The whole failure line of a keyword item refused for item TYPE, whose options are list, with
+// the message cut to its longest length.
+std::string Refusal(const std::string& text, const std::string& list) {
+    return "|%P|ZentuCmdEngine|ZentuCmdEnumItem [] -14: " +
+           ("The value \"" + text + "\" is not allowed for item TYPE.\nValid options are: \n" +
+            list)
+               .substr(0, 1023);
+}
+
+ZentuMatrix<3, 1, double> Vector(double x, double y, double z) {
+    ZentuMatrix<3, 1, double> vector;
+    vector(0, 0) = x;
+    vector(1, 0) = y;
+    vector(2, 0) = z;
+    return vector;
+}
+
+std::string EnumRefusalOf(const std::string& text, const KeywordsDictionary<int>& keywords) {
+    return FailureLine(FailureOf([&] { ZentuCmdEnumItem("TYPE", text, keywords); }));
+}
+
+// One item of every engine class beside the base class's own answers.
 std::vector<std::unique_ptr<ZentuCmdItem>> EveryItemClass(const ZentuCmd& target) {
     std::vector<std::unique_ptr<ZentuCmdItem>> items;
     items.push_back(std::make_unique<BareItem>("bare"));
     items.push_back(std::make_unique<ZentuCmdRawStringItem>("raw", "lower"));
     items.push_back(std::make_unique<ZentuCmdStringItem>("string", "lower"));
     items.push_back(std::make_unique<ZentuCmdReferenceItem>("ref", target));
+    items.push_back(std::make_unique<ZentuCmdIntItem>("int", 5));
+    items.push_back(std::make_unique<ZentuCmdScalarItem>("real", 0.5));
+    items.push_back(std::make_unique<ZentuCmdEnumItem>("enum", "nod", Described(kNodal)));
+    items.push_back(std::make_unique<ZentuCmdAutoItem>("auto", "word", KeywordMap()));
     return items;
 }
 
-TEST(ItemReadings, ReadingsAnItemLacksGiveNeutralAnswers) {
+// Readings an item lacks give neutral answers; a missing integer list still reads as { 0 }.
+TEST(Item, ReadingsAnItemLacksGiveNeutralAnswers) {
     const auto target = CommandWithId("g1");
-    // Whether an item claims a reading at all is checked through HasType below.
+    const std::map<std::string, std::string> texts = {
+        {"bare", ""}, {"raw", "lower"}, {"string", "LOWER"}, {"ref", "G1"},
+        {"int", "5"}, {"real", "0.5"},  {"enum", "NOD"},     {"auto", "WORD"}};
     for (const auto& item : EveryItemClass(*target)) {
         SCOPED_TRACE(item->GetName());
-        EXPECT_EQ(item->GetString().empty(), item->GetName() == "bare");
+        EXPECT_EQ(item->GetString(), texts.at(item->GetName()));
         EXPECT_EQ(item->GetReference() == nullptr, item->GetName() != "ref");
-        EXPECT_EQ(item->GetInteger(), 0);
-        EXPECT_EQ(item->GetReal(), 0.0);
-        const ZentuMatrix<3, 1, double> vector = item->GetVector3d();
-        for (std::size_t row = 0; row < 3; ++row) {
-            EXPECT_EQ(vector(row, 0), 0.0) << "component " << row;
+        EXPECT_EQ(item->GetInteger(), item->GetName() == "int"    ? 5
+                                      : item->GetName() == "enum" ? 3
+                                                                  : 0);
+        EXPECT_EQ(item->GetReal(), item->GetName() == "real" ? 0.5 : 0.0);
+        EXPECT_EQ(item->GetVector3d(), (ZentuMatrix<3, 1, double>()));
+        EXPECT_EQ(ToInt(item->GetEnum()), item->GetName() == "enum" ? 3 : -1);
+        EXPECT_EQ(item->GetList().empty(), item->GetName() != "auto");
+        if (item->GetName() != "auto") {
+            const BreltList<int> list = item->GetBreltList();
+            EXPECT_EQ(list.elements, std::set<int>{0});
+            EXPECT_EQ(list.default_step, 1);
+            EXPECT_TRUE(list.break_lines);
+            EXPECT_TRUE(list.clear_on_read);
         }
-        EXPECT_EQ(ToInt(item->GetEnum()), -1);
-        EXPECT_TRUE(item->GetList().empty());
-        // Not an empty list: readers of a missing list still get the one element 0.
-        const BreltList<int> list = item->GetBreltList();
-        EXPECT_EQ(list.elements, std::set<int>{0});
-        EXPECT_EQ(list.default_step, 1);
-        EXPECT_TRUE(list.break_lines);
-        EXPECT_TRUE(list.clear_on_read);
     }
 }
 
-TEST(ItemHasType, ClaimsExactlyTheTypesThatItsOwnQueriesAnswer) {
+// HasType claims exactly the types that the item's own queries answer, also for host items.
+TEST(Item, HasTypeClaimsExactlyWhatItsQueriesAnswer) {
     const auto target = CommandWithId("g1");
     std::vector<std::unique_ptr<ZentuCmdItem>> items = EveryItemClass(*target);
     std::map<std::string, std::set<DataType>> claimed = {
         {"bare", {}},
         {"raw", {DataType::STRING}},
         {"string", {DataType::STRING}},
-        {"ref", {DataType::STRING, DataType::REFERENCE}}};
-    // A host item that overrides only the queries must be typed through them.
+        {"ref", {DataType::STRING, DataType::REFERENCE}},
+        {"int", {DataType::INTEGER}},
+        {"real", {DataType::REAL}},
+        {"enum", {DataType::STRING, DataType::INTEGER, DataType::ENUM}},
+        {"auto", {DataType::STRING, DataType::LIST}}};
     const std::vector<std::pair<zentu_test::Reading, DataType>> dispatch = {
         {zentu_test::kInteger, DataType::INTEGER},      {zentu_test::kReal, DataType::REAL},
         {zentu_test::kVector3d, DataType::VECTOR3D},    {zentu_test::kString, DataType::STRING},
@@ -92,10 +145,8 @@ TEST(ItemHasType, ClaimsExactlyTheTypesThatItsOwnQueriesAnswer) {
     }
     // RAW_STRING, RESERVED, AUTO and values outside the enumeration have no query to ask.
     items.push_back(std::make_unique<ProbeItem>("every reading", "", ~0U));
-    const std::vector<std::int32_t> values = {INT32_MIN, -2, -1, 0, 1,  2,  3,  4,   5,
-                                              6,         7,  8,  9, 10, 11, 12, 100, INT32_MAX};
     for (const auto& item : items) {
-        for (std::int32_t value : values) {
+        for (std::int32_t value : {INT32_MIN, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}) {
             const auto type = static_cast<DataType>(value);
             EXPECT_EQ(item->HasType(type), claimed.at(item->GetName()).count(type) == 1)
                 << item->GetName() << ", data type " << value;
@@ -103,64 +154,248 @@ TEST(ItemHasType, ClaimsExactlyTheTypesThatItsOwnQueriesAnswer) {
     }
 }
 
-TEST(ItemAddReference, OnlyTheReferenceItemTakesTheOffer) {
+// Only reference and automatic items take a reference, and the latest offer wins.
+TEST(Item, OnlyReferenceAndAutomaticItemsTakeTheOffer) {
     const auto first = CommandWithId("first");
     const auto second = CommandWithId("second");
     for (const auto& item : EveryItemClass(*first)) {
         SCOPED_TRACE(item->GetName());
         const std::string text = item->GetString();
-        const bool isReference = item->GetName() == "ref";
+        const bool takes = item->GetName() == "ref" || item->GetName() == "auto";
+        item->AddReference(*first);
         item->AddReference(*second);
-        EXPECT_EQ(item->HasReference(), isReference);
-        EXPECT_EQ(item->GetReference(), isReference ? second.get() : nullptr);
-        EXPECT_EQ(item->GetString(), isReference ? "SECOND" : text);
+        EXPECT_EQ(item->HasReference(), takes);
+        EXPECT_EQ(item->GetReference(), takes ? second.get() : nullptr);
+        EXPECT_EQ(item->GetString(), item->GetName() == "ref" ? "SECOND" : text);
     }
 }
 
-TEST(TextItems, StringItemRaisesAsciiLettersUpToTheFirstNulRawItemKeepsEveryByte) {
-    // Neighbours of 'a'..'z' in the code table and bytes of multi-byte characters are no letters.
+// String items raise ASCII letters only, up to the first NUL; raw items keep every byte.
+TEST(Item, StringItemRaisesAsciiLettersRawItemKeepsEveryByte) {
     const std::vector<std::pair<std::string, std::string>> conversions = {
-        {"abc", "ABC"},
-        {"", ""},
         {"MiXeD_09 z", "MIXED_09 Z"},
-        {" padded ", " PADDED "},
         {"`a{z@A[Z", "`A{Z@A[Z"},
-        {"stra\xC3\x9Fx \xC3\xA9t\xC3\xA9", "STRA\xC3\x9FX \xC3\xA9T\xC3\xA9"},
-        {"\xE1\xF1x\x80\xFF", "\xE1\xF1X\x80\xFF"},
+        {"stra\xC3\x9Fx \xE1\xF1x\x80\xFF", "STRA\xC3\x9FX \xE1\xF1X\x80\xFF"},
         {std::string("ab\0cd", 5), std::string("AB\0cd", 5)},
         {std::string("\0abc", 4), std::string("\0abc", 4)}};
     for (const auto& [input, upper] : conversions) {
-        SCOPED_TRACE('"' + input + '"');
-        const ZentuCmdStringItem item("name", input);
-        EXPECT_EQ(item.GetString(), upper);
-        EXPECT_EQ(item.GetString().size(), input.size());
-        // The name is not part of the value and keeps its case.
-        EXPECT_EQ(item.GetName(), "name");
+        EXPECT_EQ(ZentuCmdStringItem("name", input).GetString(), upper) << input;
         EXPECT_EQ(ZentuCmdRawStringItem("name", input).GetString(), input);
     }
 }
 
-TEST(ReferenceItem, TextIsTheTargetsFirstIdentifierReadAtCallTime) {
-    const auto first = CommandWithId("first");
-    ZentuCmdReferenceItem item("DRESP", *first);
+// A reference's text is the target's first identifier as it stands when asked.
+TEST(Item, ReferenceTextIsTheTargetsFirstIdentifierReadAtCallTime) {
     ZentuCmd target(Cmd::DRESP);
-    item.AddReference(target);
-    EXPECT_EQ(item.GetReference(), &target);
+    const ZentuCmdReferenceItem item("DRESP", target);
     EXPECT_EQ(item.GetString(), "");
     target.AddStringItem(CmdItem::TYPE, "not an identifier");
     EXPECT_EQ(item.GetString(), "");
-    target.AddStringItem(CmdItem::ID_NAME, "d1");
-    EXPECT_EQ(item.GetString(), "D1");
-    target.AddStringItem(CmdItem::ID_NAME, "d2");
-    EXPECT_EQ(item.GetString(), "D1");
-    // The identifier item's own text, whatever its class.
-    target.EraseAll(CmdItem::ID_NAME);
     target.AddItem(CmdItem::ID_NAME, std::make_unique<ZentuCmdRawStringItem>("ID_NAME", "raw"));
+    target.AddStringItem(CmdItem::ID_NAME, "d2");
     EXPECT_EQ(item.GetString(), "raw");
 }
 
+// Integer items take whole decimal integers in range, with blanks and a sign around them.
+TEST(Item, IntegerItemAcceptsWholeDecimalIntegers) {
+    const std::pair<const char*, int> cases[] = {{"0", 0},
+                                                 {"-7", -7},
+                                                 {"+7", 7},
+                                                 {"\t-3\n", -3},
+                                                 {"007", 7},
+                                                 {"2147483647", 2147483647},
+                                                 {"-2147483648", -2147483647 - 1}};
+    for (const auto& [text, value] : cases) {
+        const ZentuCmdIntItem item("VALUE", text);
+        EXPECT_EQ(item.GetInteger(), value) << text;
+        EXPECT_EQ(item.GetString(), std::to_string(value)) << text;
+    }
+    for (const char* text :
+         {"", " ", "-", "12abc", "1.0", "0x10", "1 2", "--1", "2147483648", "-2147483649"}) {
+        EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdIntItem("ITER_MAX", text); })),
+                  std::string("|%P|ZentuCmdEngine|ZentuCmdIntItem [] -14: The item ITER_MAX has "
+                              "an invalid type. '") +
+                      text + "' must be an integer value.");
+    }
+}
+
+// Real items take decimal numbers in any notation and write the shortest text that reads back.
+TEST(Item, RealItemAcceptsNumbers) {
+    const std::pair<const char*, double> cases[] = {
+        {"7", 7.0},  {" -0.125 ", -0.125}, {"1e-3", 1e-3},  {"+.5", 0.5},
+        {"3.", 3.0}, {"1E+2", 100.0},      {"1e-400", 0.0}, {"-2147483648", -2147483648.0}};
+    for (const auto& [text, value] : cases) {
+        EXPECT_EQ(ZentuCmdScalarItem("WEIGHT", text).GetReal(), value) << text;
+    }
+    for (const char* text :
+         {"", ".", "1e", "e5", "1.5x", "inf", "nan", "0x1p3", "1e999", "1 2", "1,5", "- 1"}) {
+        EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdScalarItem("WEIGHT", text); })),
+                  std::string("|%P|ZentuCmdEngine|ZentuCmdScalarItem [] -14: The item WEIGHT has "
+                              "an invalid type. '") +
+                      text + "' must be a scalar value.");
+    }
+    EXPECT_EQ(ZentuCmdScalarItem("W", 2.0).GetString(), "2");
+    EXPECT_EQ(ZentuCmdScalarItem("W", -1.5).GetString(), "-1.5");
+}
+
+// Refusal messages are cut to 1023 characters, however long the text or the option list.
+TEST(Item, RefusalMessagesAreCutTo1023Characters) {
+    const std::string longText(3000, '9');
+    const std::string message =
+        FailureOf([&] { ZentuCmdIntItem("VALUE", longText + "x"); }).GetMessage();
+    EXPECT_EQ(message, ("The item VALUE has an invalid type. '" + longText).substr(0, 1023));
+    Keywords many;
+    std::string list;
+    for (int i = 0; i < 200; ++i) {
+        many.emplace_back("KEYWORD_" + std::to_string(1000 + i), i);
+        list += (i == 0 ? "" : ", ") + many.back().first;
+    }
+    EXPECT_EQ(EnumRefusalOf("X", Described(many)), Refusal("X", list));
+    EXPECT_EQ(EnumRefusalOf(std::string(100000, 'Q'), Described(kNodal)),
+              Refusal(std::string(100000, 'Q'), ""));
+}
+
+// Keyword items take keywords and unique abbreviations in any case, keeping the text raised.
+TEST(Item, KeywordItemAcceptsKeywordsAndUniqueAbbreviations) {
+    const std::tuple<std::string, Keywords, int, std::string> cases[] = {
+        {"NODAL", kNodal, 3, "NODAL"},
+        {"nOd", kNodal, 3, "NOD"},
+        {"de", kNodal, 1, "DE"},
+        {"Di", kNodal, 2, "DI"},
+        {"distribution", kNodal, 2, "DISTRIBUTION"},
+        {std::string("nodal\0xyz", 9), kNodal, 3, std::string("NODAL\0xyz", 9)},
+        // A text that starts with NUL is looked up as the empty text.
+        {std::string("\0x", 2), {{"ONLY", 4}}, 4, std::string("\0x", 2)},
+        {"", {{"ONLY", 4}}, 4, ""},
+        {"", {}, -1, ""},
+        {"abc", {{"ABCD", 20}, {"ABC", 10}}, 10, "ABC"},
+        {"ABCD", {{"ABCD", 20}, {"ABC", 10}}, 20, "ABCD"},
+        {"AL", {{"ALL*", 9}, {"*", 6}}, 9, "AL"},
+        {"*", {{"ALL*", 9}, {"*", 6}}, 6, "*"},
+    };
+    for (const auto& [text, keywords, value, kept] : cases) {
+        const ZentuCmdEnumItem item("TYPE", text, Described(keywords));
+        EXPECT_EQ(item.GetInteger(), value) << text;
+        EXPECT_EQ(ToInt(item.GetEnum()), value) << text;
+        EXPECT_EQ(item.GetString(), kept) << text;
+    }
+}
+
+// A refusal lists the options sorted, without starred keywords, quoting the text up to a NUL.
+TEST(Item, KeywordItemRefusesWithTheSortedListOfOptions) {
+    const std::string list = "DENSITY, DISTRIBUTION, NODAL";
+    for (const Keywords& order : {kNodal, Keywords(kNodal.rbegin(), kNodal.rend())}) {
+        for (const std::string text :
+             {"D", "NODALX", "", "NO\tDAL", "NODAL\t", "N\xc3\xa9", "\x80", " NODAL"}) {
+            EXPECT_EQ(EnumRefusalOf(text, Described(order)), Refusal(text, list));
+        }
+    }
+    EXPECT_EQ(EnumRefusalOf(std::string("\0NODAL", 6), Described(kNodal)), Refusal("", list));
+    for (const std::string text : {"AB", "ABCDE"}) {
+        EXPECT_EQ(EnumRefusalOf(text, Described({{"ABCD", 20}, {"ABC", 10}})),
+                  Refusal(text, "ABC, ABCD"));
+    }
+    EXPECT_EQ(EnumRefusalOf("A", Described({{"NODAL", 3}, {"A*B", 5}, {"ALL*", 9}})),
+              Refusal("A", "A*B, NODAL"));
+    EXPECT_EQ(EnumRefusalOf("X", Described({{"ALL*", 9}, {"*", 6}})), Refusal("X", ""));
+    EXPECT_EQ(EnumRefusalOf("A", Described({})), Refusal("A", ""));
+    // Without an alphabet nothing is accepted, not even the empty text.
+    KeywordsDictionary<int> reset = Described(kNodal);
+    reset.Reset(-1);
+    for (const std::string text : {"", "N"}) {
+        EXPECT_EQ(EnumRefusalOf(text, reset), Refusal(text, ""));
+        EXPECT_EQ(EnumRefusalOf(text, KeywordsDictionary<int>()), Refusal(text, ""));
+    }
+    // Texts are arguments of the message, never part of its format.
+    EXPECT_EQ(FailureOf([] {
+                  ZentuCmdEnumItem("A%sB%n", "100%d%s", Described({{"ALL", 1}}));
+              }).GetMessage(),
+              "The value \"100%d%s\" is not allowed for item A%sB%n.\nValid options are: \nALL");
+}
+
+struct AutoCase {
+    std::string text;
+    std::string stored;
+    // One letter per reading: i integer, r real, v vector, l list, b integer list.
+    std::string readings;
+};
+
+// Every reading that a text allows is decided on its own.
+TEST(Item, AutomaticItemDecidesEveryReadingOfItsText) {
+    const AutoCase cases[] = {
+        {"-5", "-5", "irlb"},
+        {"2.5", "2.5", "rl"},
+        {"1e5", "1E5", "rl"},
+        {"1,2,3", "1,2,3", "vlb"},
+        {"1,A,3", "1,A,3", "l"},
+        {"1,2", "1,2", "lb"},
+        {"1-10:3", "1-10:3", "lb"},
+        {"\"1,2,3\"", "\"1,2,3\"", "l"},
+        {"'7'", "'7'", "l"},
+        {"  group_1  ", "GROUP_1", "l"},
+        {"", "", "b"},
+        {"   ", "", "b"},
+        {" 1.5 , 2 , -3e1 ", "1.5 , 2 , -3E1", "vl"},
+        {"1-2000000000", "1-2000000000", "l"},
+        // The integer-list reader, like a stream, ends quietly when a number runs out of range
+        // at the very end of the text; the list is then empty.
+        {"2147483648", "2147483648", "rlb"},
+    };
+    for (const AutoCase& c : cases) {
+        const ZentuCmdAutoItem item("VALUE", c.text, KeywordMap());
+        std::string readings;
+        for (const auto& [letter, has] : {std::pair{'i', item.HasInteger()},
+                                          {'r', item.HasReal()},
+                                          {'v', item.HasVector3d()},
+                                          {'l', item.HasList()},
+                                          {'b', item.HasBreltList()}}) {
+            readings += has ? std::string(1, letter) : "";
+        }
+        EXPECT_EQ(item.GetString(), c.stored) << c.text;
+        EXPECT_EQ(readings, c.readings) << c.text;
+        EXPECT_TRUE(item.HasString()) << c.text;
+        EXPECT_FALSE(item.HasEnum() || item.HasReference()) << c.text;
+    }
+    for (const std::string& text :
+         {std::string("1\0,2,3", 6), std::string("\xff\xfe,\x80", 4), std::string(100000, '7'),
+          std::string(5000, ','), std::string("1--5"), std::string("+-1"), std::string(":"),
+          std::string("1-5:0")}) {
+        EXPECT_TRUE(ZentuCmdAutoItem("VALUE", text, KeywordMap()).HasString());
+    }
+}
+
+// The values behind each reading: numbers, vector parts (0 for a part that is no number),
+// list parts and integer-list ranges.
+TEST(Item, AutomaticItemReadsTheValues) {
+    const ZentuCmdAutoItem integer("VALUE", " 5 ", KeywordMap());
+    EXPECT_EQ(integer.GetInteger(), 5);
+    EXPECT_EQ(integer.GetReal(), 5.0);
+    EXPECT_EQ(integer.GetList(), std::vector<std::string>{"5"});
+    EXPECT_EQ(integer.GetBreltList().elements, std::set<int>{5});
+    const ZentuCmdAutoItem numbers("DIRECTION", " 1.5 , 2 , -3e1 ", KeywordMap());
+    EXPECT_EQ(numbers.GetVector3d(), Vector(1.5, 2.0, -30.0));
+    EXPECT_EQ(numbers.GetList(), (std::vector<std::string>{"1.5", "2", "-3E1"}));
+    EXPECT_EQ(ZentuCmdAutoItem("V", "1,A,3", KeywordMap()).GetVector3d(), Vector(1.0, 0.0, 3.0));
+    EXPECT_EQ(ZentuCmdAutoItem("G", "1-10:3", KeywordMap()).GetBreltList().elements,
+              (std::set<int>{1, 4, 7, 10}));
+    const ZentuCmdAutoItem quoted("GROUP", "\"1,2,3\"", KeywordMap());
+    EXPECT_EQ(quoted.GetList(), (std::vector<std::string>{"\"1", "2", "3\""}));
+    EXPECT_TRUE(quoted.GetBreltList().elements.empty());
+}
+
+// Keywords match only whole trimmed, raised texts, never abbreviations.
+TEST(Item, AutomaticItemMatchesWholeKeywordsOnly) {
+    const KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
+    const ZentuCmdAutoItem density("TYPE", " density ", keywords);
+    EXPECT_TRUE(density.HasEnum());
+    EXPECT_TRUE(density.HasType(DataType::ENUM));
+    EXPECT_EQ(ToInt(density.GetEnum()), ToInt(EnumValue::DENSITY));
+    EXPECT_FALSE(ZentuCmdAutoItem("TYPE", "dens", keywords).HasEnum());
+    EXPECT_EQ(ToInt(ZentuCmdAutoItem("TYPE", "dens", keywords).GetEnum()), -1);
+}
+
 // Clone, copy construction and assignment (also onto itself) give objects of the source's
-// class with its name and value, which stay so when the source is retargeted or destroyed.
+// class with all its answers, which stay so when the source is retargeted or destroyed.
 template <typename Item>
 void ExpectCopiesAlike(std::unique_ptr<Item> source, Item assigned, const ZentuCmd& other) {
     SCOPED_TRACE(source->GetName());
@@ -169,21 +404,26 @@ void ExpectCopiesAlike(std::unique_ptr<Item> source, Item assigned, const ZentuC
     assigned = *source;
     Item& alias = assigned;
     assigned = alias;
-    const std::string name = source->GetName();
-    const std::string text = source->GetString();
+    const std::string expected = source->GetName() + "=" + source->GetString() + "/" +
+                                 std::to_string(source->GetInteger()) + "/" +
+                                 std::to_string(source->GetReal()) + "/" +
+                                 std::to_string(source->GetBreltList().elements.size());
     const ZentuCmd* reference = source->GetReference();
     source->AddReference(other);
     source.reset();
     const std::array<const ZentuCmdItem*, 3> copies = {clone.get(), &constructed, &assigned};
     for (const ZentuCmdItem* copy : copies) {
         EXPECT_EQ(typeid(*copy), typeid(Item));
-        EXPECT_EQ(copy->GetName(), name);
-        EXPECT_EQ(copy->GetString(), text);
+        EXPECT_EQ(copy->GetName() + "=" + copy->GetString() + "/" +
+                      std::to_string(copy->GetInteger()) + "/" + std::to_string(copy->GetReal()) +
+                      "/" + std::to_string(copy->GetBreltList().elements.size()),
+                  expected);
         EXPECT_EQ(copy->GetReference(), reference);
     }
 }
 
-TEST(ItemCopies, CloneAndCopiesAreIndependentObjectsAlike) {
+// Every item class copies into an independent object alike.
+TEST(Item, CloneAndCopiesAreIndependentObjectsAlike) {
     const auto target = CommandWithId("g1");
     const auto other = CommandWithId("g2");
     ExpectCopiesAlike(std::make_unique<BareItem>("bare"), BareItem("other"), *other);
@@ -193,9 +433,37 @@ TEST(ItemCopies, CloneAndCopiesAreIndependentObjectsAlike) {
                       ZentuCmdStringItem("other", "xyz"), *other);
     ExpectCopiesAlike(std::make_unique<ZentuCmdReferenceItem>("ref", *target),
                       ZentuCmdReferenceItem("other", *other), *other);
+    ExpectCopiesAlike(std::make_unique<ZentuCmdIntItem>("int", 3), ZentuCmdIntItem("other", 1),
+                      *other);
+    ExpectCopiesAlike(std::make_unique<ZentuCmdScalarItem>("real", 1.25),
+                      ZentuCmdScalarItem("other", 2.0), *other);
+    // The keyword item keeps no reference to its dictionary.
+    auto dictionary = std::make_unique<KeywordsDictionary<int>>(Described(kNodal));
+    auto keyword = std::make_unique<ZentuCmdEnumItem>("enum", "dist", *dictionary);
+    ZentuCmdEnumItem otherKeyword("other", "n", *dictionary);
+    dictionary.reset();
+    ExpectCopiesAlike(std::move(keyword), otherKeyword, *other);
+    auto automatic = std::make_unique<ZentuCmdAutoItem>("auto", "1-5:2", KeywordMap());
+    automatic->AddReference(*target);
+    ExpectCopiesAlike(std::move(automatic), ZentuCmdAutoItem("other", "7", KeywordMap()), *other);
     ZentuCmdReferenceItem original("ref", *target);
     original.Clone()->AddReference(*other);
     EXPECT_EQ(original.GetReference(), target.get());
+}
+
+// The item helpers look at the list reading and at the kind of the referred command.
+TEST(Item, UtilityQueries) {
+    EXPECT_FALSE(ZentuCmdItem_Util::has_item_list_with_char(ZentuCmdStringItem("S", "A\nB"), '\n'));
+    EXPECT_TRUE(ZentuCmdItem_Util::has_item_list_with_char(
+        ZentuCmdAutoItem("L", "A\nB, C", KeywordMap()), '\n'));
+    EXPECT_FALSE(ZentuCmdItem_Util::has_item_list_with_char(
+        ZentuCmdAutoItem("L", "A, B", KeywordMap()), '\n'));
+    const ZentuCmd group(Cmd::GROUP_DEF);
+    ZentuCmdAutoItem automatic("GROUP", "G1", KeywordMap());
+    EXPECT_FALSE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::GROUP_DEF));
+    automatic.AddReference(group);
+    EXPECT_TRUE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::GROUP_DEF));
+    EXPECT_FALSE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::DV));
 }
 
 }  // namespace
