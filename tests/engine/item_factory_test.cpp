@@ -2,187 +2,114 @@
 // refusals passed through with their own texts, and items built from a description's default.
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
-#include <typeindex>
-#include <typeinfo>
+#include <tuple>
 
-#include "KPL_Failure.h"
-#include "ZentuCmdAutoItem.h"
-#include "ZentuCmdEnumItem.h"
-#include "ZentuCmdIntItem.h"
-#include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdItemMetaData.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdScalarItem.h"
-#include "ZentuCmdStringItem.h"
 #include "engine_test_support.h"
 
 namespace {
 
+using zentu_test::ClassOf;
+using zentu_test::FailureLine;
+using zentu_test::FailureOf;
 using zentu_test::ToInt;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
-using ZentuCmdItemDefs::EnumValue;
-using ZentuCmdItemDefs::KeywordMap;
+using ZentuCmdItemFactory::create;
 
-const KeywordMap& Keywords() {
-    static const KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
+const ZentuCmdItemDefs::KeywordMap& Keywords() {
+    static const ZentuCmdItemDefs::KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
     return keywords;
 }
 
-std::type_index ClassOf(const ZentuCmdItem& item) {
-    return std::type_index(typeid(item));
+// An item as "class name=text integer real keyword".
+std::string Line(const ZentuCmdItem& item) {
+    return ClassOf(item) + " " + item.GetName() + "=" + item.GetString() + " " +
+           std::to_string(item.GetInteger()) + " " + std::to_string(item.GetReal()) + " " +
+           std::to_string(ToInt(item.GetEnum()));
 }
 
-template <typename Build>
-KPL_Failure RefusalOf(Build build) {
-    try {
-        build();
-    } catch (const KPL_Failure& failure) {
-        return failure;
-    }
-    ADD_FAILURE() << "the text was accepted";
-    return KPL_Failure("", "");
-}
-
-std::string EnumRefusal(const std::string& text, const std::string& name,
-                        const std::string& options) {
-    return "The value \"" + text + "\" is not allowed for item " + name +
-           ".\nValid options are: \n" + options;
-}
-
-struct ClassCase {
-    int type;
-    std::type_index expected;
-    const char* text;
-    const char* answer;
-};
-
+// Each data type gets its class, by description or by type alone, and the text unchanged; only
+// automatically typed items read the keyword map, keyword items read the description's keywords.
 TEST(ItemFactory, BuildsTheClassOfTheDataTypeFromUnchangedText) {
-    const ClassCase cases[] = {
-        {0, typeid(ZentuCmdIntItem), " 5 ", "5"},
-        {1, typeid(ZentuCmdScalarItem), "0.5", "0.5"},
-        {2, typeid(ZentuCmdAutoItem), " 1,2,3 ", "1,2,3"},
-        {3, typeid(ZentuCmdStringItem), " aBc ", " ABC "},
-        {4, typeid(ZentuCmdRawStringItem), " aBc ", " aBc "},
-        {5, typeid(ZentuCmdAutoItem), "x", "X"},
-        {6, typeid(ZentuCmdAutoItem), "1-5", "1-5"},
-        {7, typeid(ZentuCmdAutoItem), "a, b", "A, B"},
-        {8, typeid(ZentuCmdAutoItem), "g1", "G1"},
-        {9, typeid(ZentuCmdEnumItem), "nod", "NOD"},
-        {10, typeid(ZentuCmdAutoItem), "combine", "COMBINE"},
-        {11, typeid(ZentuCmdAutoItem), "combine", "COMBINE"},
-        {-1, typeid(ZentuCmdAutoItem), "combine", "COMBINE"},
+    const std::tuple<int, const char*, std::string> cases[] = {
+        {0, " 5 ", "int Name=5 5 0.000000 -1"},
+        {1, "0.5", "real Name=0.5 0 0.500000 -1"},
+        {2, " 1,2,3 ", "auto Name=1,2,3 0 0.000000 -1"},
+        {3, " aBc ", "string Name= ABC  0 0.000000 -1"},
+        {4, " aBc ", "raw Name= aBc  0 0.000000 -1"},
+        {8, "combine", "auto Name=COMBINE 0 0.000000 87"},
+        {9, "nod", "enum Name=NOD 3 0.000000 3"},
+        {10, "combine", "auto Name=COMBINE 0 0.000000 87"},
+        {-1, "1-5", "auto Name=1-5 0 0.000000 -1"},
     };
-    for (const ClassCase& c : cases) {
-        SCOPED_TRACE(c.type);
-        const DataType type = static_cast<DataType>(c.type);
+    for (const auto& [type, text, expected] : cases) {
         ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "");
-        description.type = type;
-        const auto item = ZentuCmdItemFactory::create("Name", c.text, description, Keywords());
-        ASSERT_NE(item, nullptr);
-        EXPECT_EQ(ClassOf(*item), c.expected);
-        EXPECT_EQ(item->GetName(), "Name");
-        EXPECT_EQ(item->GetString(), c.answer);
-        if (c.type != 9) {
-            const auto byType = ZentuCmdItemFactory::create(type, "Name", c.text, Keywords());
-            EXPECT_EQ(ClassOf(*byType), c.expected);
-            EXPECT_EQ(byType->GetString(), c.answer);
+        description.type = static_cast<DataType>(type);
+        EXPECT_EQ(Line(*create("Name", text, description, Keywords())), expected);
+        if (type != 9) {
+            EXPECT_EQ(Line(*create(static_cast<DataType>(type), "Name", text, Keywords())),
+                      expected);
         }
     }
+    EXPECT_FALSE(create(DataType::REFERENCE, "G", "G1", Keywords())->HasReference());
 }
 
-TEST(ItemFactory, OnlyAutomaticItemsUseTheKeywordMap) {
-    const auto automatic = ZentuCmdItemFactory::create(DataType::AUTO, "T", "combine", Keywords());
-    EXPECT_EQ(ToInt(automatic->GetEnum()), ToInt(EnumValue::COMBINE));
-    const auto reference = ZentuCmdItemFactory::create(DataType::REFERENCE, "G", "G1", Keywords());
-    EXPECT_EQ(ClassOf(*reference), ClassOf(*automatic));
-    EXPECT_FALSE(reference->HasReference());
-
-    const ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}}, "");
-    const KPL_Failure failure =
-        RefusalOf([&] { ZentuCmdItemFactory::create("TYPE", "COMBINE", description, Keywords()); });
-    EXPECT_EQ(failure.GetMessage(), EnumRefusal("COMBINE", "TYPE", "NODAL"));
-    EXPECT_EQ(failure.GetTag(), "|%P|ZentuCmdEngine|ZentuCmdEnumItem");
-}
-
+// Refusals of the built item pass through with its own texts; by type alone a keyword item has
+// no keywords and takes only the empty text.
 TEST(ItemFactory, RefusalsPassThroughWithTheItemsTexts) {
-    const ZentuCmdItemMetaData integer(CmdItem::VALUE, DataType::INTEGER, "", "", 1);
-    const KPL_Failure intFailure =
-        RefusalOf([&] { ZentuCmdItemFactory::create("VALUE", "12abc", integer, Keywords()); });
-    EXPECT_EQ(intFailure.GetMessage(),
-              "The item VALUE has an invalid type. '12abc' must be an integer value.");
-    EXPECT_EQ(intFailure.GetTag(), "|%P|ZentuCmdEngine|ZentuCmdIntItem");
-
-    const auto automatic = ZentuCmdItemFactory::create(DataType::AUTO, "V", "12abc", Keywords());
-    EXPECT_EQ(automatic->GetString(), "12ABC");
-
-    const KPL_Failure realFailure =
-        RefusalOf([] { ZentuCmdItemFactory::create(DataType::REAL, "WEIGHT", "1,5", Keywords()); });
-    EXPECT_EQ(realFailure.GetMessage(),
-              "The item WEIGHT has an invalid type. '1,5' must be a scalar value.");
-    EXPECT_EQ(realFailure.GetTag(), "|%P|ZentuCmdEngine|ZentuCmdScalarItem");
-}
-
-TEST(ItemFactory, KeywordTypeAloneAcceptsOnlyTheEmptyText) {
-    const auto empty = ZentuCmdItemFactory::create(DataType::ENUM, "TYPE", "", Keywords());
-    EXPECT_EQ(ClassOf(*empty), std::type_index(typeid(ZentuCmdEnumItem)));
-    EXPECT_EQ(ToInt(empty->GetEnum()), -1);
-
-    for (const char* text : {"COMBINE", "yes", " ", "A"}) {
-        const KPL_Failure failure = RefusalOf(
-            [&] { ZentuCmdItemFactory::create(DataType::ENUM, "TYPE", text, Keywords()); });
-        EXPECT_EQ(failure.GetMessage(), EnumRefusal(text, "TYPE", ""));
+    const std::tuple<DataType, const char*, std::string> cases[] = {
+        {DataType::INTEGER, "12abc",
+         "|%P|ZentuCmdEngine|ZentuCmdIntItem [] -14: The item TYPE has an invalid type. '12abc' "
+         "must be an integer value."},
+        {DataType::REAL, "1,5",
+         "|%P|ZentuCmdEngine|ZentuCmdScalarItem [] -14: The item TYPE has an invalid type. '1,5' "
+         "must be a scalar value."},
+        {DataType::ENUM, "yes",
+         "|%P|ZentuCmdEngine|ZentuCmdEnumItem [] -14: The value \"yes\" is not allowed for item "
+         "TYPE.\nValid options are: \n"},
+    };
+    for (const auto& [type, text, expected] : cases) {
+        EXPECT_EQ(FailureLine(FailureOf([&] { create(type, "TYPE", text, Keywords()); })),
+                  expected);
     }
+    EXPECT_EQ(Line(*create(DataType::ENUM, "TYPE", "", Keywords())), "enum TYPE= -1 0.000000 -1");
+    const ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}}, "");
+    EXPECT_EQ(FailureOf([&] { create("TYPE", "COMBINE", description, Keywords()); }).GetMessage(),
+              "The value \"COMBINE\" is not allowed for item TYPE.\nValid options are: \nNODAL");
 }
 
-struct DefaultCase {
-    const char* label;
-    ZentuCmdItemMetaData description;
-    std::type_index expected;
-    const char* text;
-    int integer;
-    double real;
-};
-
+// Default items read the default of their type: numbers from the numeric default, everything
+// else from the default text, even where the description says it has none.
 TEST(ItemFactory, DefaultValueItemsReadTheDefaultOfTheirType) {
     ZentuCmdItemMetaData integer(CmdItem::VALUE, 42, "", 1);
     integer.default_value = "7";
-    ZentuCmdItemMetaData raw(CmdItem::FILE, DataType::RAW_STRING, "a.Dat", "", 1);
     ZentuCmdItemMetaData keyword(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "nodal");
-    const DefaultCase cases[] = {
-        {"integer", integer, typeid(ZentuCmdIntItem), "42", 42, 0.0},
-        {"real", ZentuCmdItemMetaData(CmdItem::MIN, 0.1, "", 1), typeid(ZentuCmdScalarItem), "0.1",
-         0, 0.1},
-        {"string", ZentuCmdItemMetaData(CmdItem::DESCRIPTION, "mixed", "", 1),
-         typeid(ZentuCmdStringItem), "MIXED", 0, 0.0},
-        {"empty string", ZentuCmdItemMetaData(CmdItem::DESCRIPTION, std::string(), "", 1),
-         typeid(ZentuCmdStringItem), "", 0, 0.0},
-        {"raw string", raw, typeid(ZentuCmdRawStringItem), "a.Dat", 0, 0.0},
-        {"keyword", keyword, typeid(ZentuCmdEnumItem), "NODAL", 3, 0.0},
-        {"automatic", ZentuCmdItemMetaData(CmdItem::GROUP), typeid(ZentuCmdAutoItem), "", 0, 0.0},
-        // No default as far as has_default goes, yet the text is used.
-        {"reference", ZentuCmdItemMetaData(CmdItem::GROUP, ZentuCmdDefs::Cmd::GROUP_DEF, " 8 "),
-         typeid(ZentuCmdAutoItem), "8", 8, 8.0},
+    const std::pair<ZentuCmdItemMetaData, const char*> cases[] = {
+        {integer, "int Name=42 42 0.000000 -1"},
+        {ZentuCmdItemMetaData(CmdItem::MIN, 0.1, "", 1), "real Name=0.1 0 0.100000 -1"},
+        {ZentuCmdItemMetaData(CmdItem::DESCRIPTION, std::string("mixed"), "", 1),
+         "string Name=MIXED 0 0.000000 -1"},
+        {ZentuCmdItemMetaData(CmdItem::FILE, DataType::RAW_STRING, "a.Dat", "", 1),
+         "raw Name=a.Dat 0 0.000000 -1"},
+        {keyword, "enum Name=NODAL 3 0.000000 3"},
+        {ZentuCmdItemMetaData(CmdItem::GROUP), "auto Name= 0 0.000000 -1"},
+        {ZentuCmdItemMetaData(CmdItem::GROUP, ZentuCmdDefs::Cmd::GROUP_DEF, " 8 "),
+         "auto Name=8 8 8.000000 -1"},
     };
-    for (const DefaultCase& c : cases) {
-        SCOPED_TRACE(c.label);
-        const auto item =
-            ZentuCmdItemFactory::create_default_value_item("Name", c.description, Keywords());
-        ASSERT_NE(item, nullptr);
-        EXPECT_EQ(ClassOf(*item), c.expected);
-        EXPECT_EQ(item->GetName(), "Name");
-        EXPECT_EQ(item->GetString(), c.text);
-        EXPECT_EQ(item->GetInteger(), c.integer);
-        EXPECT_EQ(item->GetReal(), c.real);
+    for (const auto& [description, expected] : cases) {
+        EXPECT_EQ(
+            Line(*ZentuCmdItemFactory::create_default_value_item("Name", description, Keywords())),
+            expected);
     }
-
     keyword.default_value = "LINEAR";
-    const KPL_Failure failure = RefusalOf(
-        [&] { ZentuCmdItemFactory::create_default_value_item("TYPE", keyword, Keywords()); });
-    EXPECT_EQ(failure.GetMessage(), EnumRefusal("LINEAR", "TYPE", "DENSITY, NODAL"));
+    EXPECT_EQ(FailureOf([&] {
+                  ZentuCmdItemFactory::create_default_value_item("TYPE", keyword, Keywords());
+              }).GetMessage(),
+              "The value \"LINEAR\" is not allowed for item TYPE.\nValid options are: \n"
+              "DENSITY, NODAL");
 }
 
 }  // namespace
