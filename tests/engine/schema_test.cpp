@@ -57,12 +57,14 @@ std::string Line(const ZentuCmdItemMetaData& record) {
     return line + (record.spare_list.values.empty() && record.spare_ints.empty() ? "" : " spare");
 }
 
-Strings NamesOf(const ZentuCmdMetaData& metadata) {
-    Strings names;
+// A command description as one line: kind, whether it is created by default, item names in order.
+std::string Line(const ZentuCmdMetaData& metadata) {
+    std::string line = std::to_string(ToInt(metadata.GetKey())) +
+                       (metadata.GetCreateDefault() ? " default" : "") + " [";
     for (const auto& entry : metadata.GetMetaData()) {
-        names.push_back(entry.first);
+        line += entry.first + ";";
     }
-    return names;
+    return line + "]";
 }
 
 // Every constructor of an item description sets its fields, and its dictionary, its own way.
@@ -101,76 +103,55 @@ TEST(ItemMetaData, EveryConstructorSetsItsFields) {
               static_cast<const void*>(&integer.default_real));
 }
 
-// A keyword list keeps the first value of a keyword and drops texts outside the alphabet.
-TEST(ItemMetaData, KeywordListKeepsFirstValueAndDropsUnfitTexts) {
-    const ZentuCmdItemMetaData record(
+// A keyword list keeps the first value of a keyword and drops texts outside the alphabet; copies
+// and moves of a description carry their own dictionary and lists.
+TEST(ItemMetaData, KeywordListAndDeepCopies) {
+    ZentuCmdItemMetaData original(
         CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}, {"NODAL", 9}, {"TAB\tBED", 4}, {"~ *", 5}},
         "nodal");
-    EXPECT_EQ(Line(record), "1 9 'nodal' '' 1 1 1 prepared [] 0.000000");
-    EXPECT_EQ(KeywordsOf(record.keywords),
+    EXPECT_EQ(Line(original), "1 9 'nodal' '' 1 1 1 prepared [] 0.000000");
+    EXPECT_EQ(KeywordsOf(original.keywords),
               (std::map<std::string, int>{{"DENSITY", 1}, {"NODAL", 3}, {"~ *", 5}}));
     int value = 0;
-    EXPECT_TRUE(record.keywords.Find("NOD", value));
-    EXPECT_EQ(value, 3);
-}
-
-// Copies and moves of an item description carry their own dictionary and lists.
-TEST(ItemMetaData, CopiesAndMovesAreDeep) {
-    ZentuCmdItemMetaData original(CmdItem::TYPE, {{"DENSITY", 1}}, "DENSITY");
-    original.spare_ints = {1, 2};
-    original.spare_list.values = {3};
+    EXPECT_TRUE(original.keywords.Find("NOD", value) && value == 3);
+    original.spare_ints = {1};
     ZentuCmdItemMetaData copy(original);
-    copy.keywords.Insert("NODAL", 3);
-    copy.spare_ints.push_back(9);
-    copy.default_value = "NODAL";
-    EXPECT_EQ(KeywordsOf(original.keywords), (std::map<std::string, int>{{"DENSITY", 1}}));
-    EXPECT_EQ(original.spare_ints, (std::vector<int>{1, 2}));
-    EXPECT_EQ(original.default_value, "DENSITY");
+    copy.keywords.Insert("ZERO", 0);
+    copy.spare_list.values = {3};
     ZentuCmdItemMetaData assigned;
     assigned = copy;
-    copy.keywords.Insert("ZERO", 0);
+    copy.default_value = "X";
     const ZentuCmdItemMetaData moved(std::move(assigned));
-    EXPECT_EQ(Line(moved), "1 9 'NODAL' '' 1 1 1 prepared [] 0.000000 spare");
-    EXPECT_EQ(KeywordsOf(moved.keywords).size(), 2U);
-    EXPECT_EQ(moved.spare_ints, (std::vector<int>{1, 2, 9}));
+    EXPECT_EQ(KeywordsOf(original.keywords).size(), 3U);
+    EXPECT_EQ(Line(original), "1 9 'nodal' '' 1 1 1 prepared [] 0.000000 spare");
+    EXPECT_EQ(KeywordsOf(moved.keywords).size(), 4U);
+    EXPECT_EQ(Line(moved), "1 9 'nodal' '' 1 1 1 prepared [] 0.000000 spare");
     EXPECT_EQ(moved.spare_list.values, std::vector<int>{3});
 }
 
-// Command descriptions hold kind, default flag and items, in byte order of the names as given.
-TEST(CmdMetaData, ConstructorsAndItemOrder) {
-    const ZentuCmdMetaData placeholder;
-    EXPECT_EQ(ToInt(placeholder.GetKey()), ToInt(Cmd::CMD_PLACEHOLDER));
-    EXPECT_FALSE(placeholder.GetCreateDefault());
-    EXPECT_TRUE(placeholder.GetMetaData().empty());
+// Command descriptions hold kind, default flag and items, in byte order of the names as given;
+// the first item description under a name stays, and a refused entry is not moved from.
+TEST(CmdMetaData, ConstructorsAndItems) {
+    EXPECT_EQ(Line(ZentuCmdMetaData()), "20 []");
     ZentuCmdMetaData::ItemMap items = {{"TYPE", ZentuCmdItemMetaData(CmdItem::TYPE)}};
-    const ZentuCmdMetaData taking(Cmd::DV, std::move(items), true);
+    EXPECT_EQ(Line(ZentuCmdMetaData(Cmd::DV, std::move(items), true)), "3 default [TYPE;]");
     EXPECT_TRUE(items.empty());  // NOLINT(bugprone-use-after-move): the map is taken over
-    EXPECT_EQ(NamesOf(taking), Strings{"TYPE"});
-    EXPECT_TRUE(taking.GetCreateDefault());
-
     ZentuCmdMetaData metadata(Cmd::DV, false);
     const std::pair<const std::string, ZentuCmdItemMetaData> entry = {
-        "TYPE", ZentuCmdItemMetaData(CmdItem::TYPE)};
+        "TYPE", ZentuCmdItemMetaData(CmdItem::VALUE, 1, "first", 1)};
+    std::string name = "TYPE";
+    ZentuCmdItemMetaData second(CmdItem::TYPE, {{"NODAL", 3}}, "NODAL");
     ZentuCmdMetaData& result = metadata.AddItem(entry)
                                    .AddItem("ID_NAME", ZentuCmdItemMetaData(CmdItem::ID_NAME))
-                                   .AddItem("group", ZentuCmdItemMetaData(CmdItem::GROUP))
-                                   .AddItem({"Z", ZentuCmdItemMetaData(CmdItem::VALUE)});
+                                   .AddItem(std::move(name), std::move(second))
+                                   .AddItem({"Z", ZentuCmdItemMetaData(CmdItem::VALUE)})
+                                   .AddItem({"group", ZentuCmdItemMetaData(CmdItem::GROUP)})
+                                   .AddItem({"Z", ZentuCmdItemMetaData(CmdItem::MAX, 3.5, "", 1)});
     EXPECT_EQ(&result, &metadata);
-    EXPECT_EQ(NamesOf(metadata), (Strings{"ID_NAME", "TYPE", "Z", "group"}));
-    EXPECT_EQ(ToInt(entry.second.key), ToInt(CmdItem::TYPE));
-}
-
-// The first item description under a name stays, and a refused entry is not moved from.
-TEST(CmdMetaData, FirstDescriptionUnderANameStays) {
-    ZentuCmdMetaData metadata(Cmd::DV, false);
-    metadata.AddItem("VALUE", ZentuCmdItemMetaData(CmdItem::VALUE, 1, "first", 1));
-    std::string name = "VALUE";
-    ZentuCmdItemMetaData second(CmdItem::TYPE, {{"NODAL", 3}}, "NODAL");
-    metadata.AddItem(std::move(name), std::move(second));
-    metadata.AddItem({"VALUE", ZentuCmdItemMetaData(CmdItem::MAX, 3.5, "third", 1)});
-    EXPECT_EQ(metadata.GetMetaData().size(), 1U);
-    EXPECT_EQ(Line(metadata.GetMetaData().at("VALUE")), "10 0 '' 'first' 1 1 1 prepared [] 1");
-    EXPECT_EQ(name, "VALUE");  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(Line(metadata), "3 [ID_NAME;TYPE;Z;group;]");
+    EXPECT_EQ(Line(metadata.GetMetaData().at("TYPE")), "10 0 '' 'first' 1 1 1 prepared [] 1");
+    EXPECT_EQ(Line(metadata.GetMetaData().at("Z")), "10 10 '' '' 0 1 1 prepared [] 0.000000");
+    EXPECT_EQ(name, "TYPE");  // NOLINT(bugprone-use-after-move)
     EXPECT_EQ(Line(second), "1 9 'NODAL' '' 1 1 1 prepared [] 0.000000");  // NOLINT
 }
 
@@ -179,23 +160,16 @@ TEST(CmdMetaData, CopiesAreDeepAndMovesEmptyTheSource) {
     ZentuCmdMetaData original(Cmd::STOP, true);
     original.AddItem("ITER_MAX", ZentuCmdItemMetaData(CmdItem::ITER_MAX, 50, "", 1));
     ZentuCmdMetaData copy(original);
-    copy.GetMetaData().at("ITER_MAX").default_int = 7;
     copy.AddItem("VALUE", ZentuCmdItemMetaData(CmdItem::VALUE));
-    EXPECT_EQ(original.GetMetaData().at("ITER_MAX").default_int, 50);
-    EXPECT_EQ(NamesOf(original), Strings{"ITER_MAX"});
-
+    EXPECT_EQ(Line(original), "12 default [ITER_MAX;]");
     ZentuCmdMetaData moved(std::move(copy));
     ZentuCmdMetaData target;
     target = std::move(moved);
     ZentuCmdMetaData& self = target;
     target = std::move(self);
-    for (const ZentuCmdMetaData* emptied : {&copy, &moved}) {  // NOLINT(bugprone-use-after-move)
-        EXPECT_TRUE(emptied->GetMetaData().empty());
-    }
-    EXPECT_EQ(ToInt(target.GetKey()), ToInt(Cmd::STOP));
-    EXPECT_TRUE(target.GetCreateDefault());
-    EXPECT_EQ(NamesOf(target), (Strings{"ITER_MAX", "VALUE"}));
-    EXPECT_EQ(target.GetMetaData().at("ITER_MAX").default_int, 7);
+    EXPECT_EQ(Line(copy), "12 default []");   // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(Line(moved), "12 default []");  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(Line(target), "12 default [ITER_MAX;VALUE;]");
 }
 
 // Only the configuration with default values holds the keyword map; preparing replaces it whole.
@@ -223,8 +197,8 @@ TEST(IoConfig, FirstDescriptionUnderAKeywordStays) {
     ZentuCmdMetaData refused(Cmd::DRESP, false);
     refused.AddItem("VALUE", ZentuCmdItemMetaData(CmdItem::VALUE));
     EXPECT_EQ(&config.AddCmdMetadata("DV", std::move(refused)), &first);
-    EXPECT_EQ(NamesOf(first), Strings{"TYPE"});
-    EXPECT_EQ(NamesOf(refused), Strings{"VALUE"});  // NOLINT(bugprone-use-after-move)
+    EXPECT_EQ(Line(first), "3 default [TYPE;]");
+    EXPECT_EQ(Line(refused), "4 [VALUE;]");  // NOLINT(bugprone-use-after-move)
     EXPECT_NE(&config.AddCmdMetadata("dv", ZentuCmdMetaData(Cmd::DRESP, false)), &first);
     EXPECT_EQ(config.cmd_metadata.size(), 2U);
 }
