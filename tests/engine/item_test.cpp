@@ -1,5 +1,5 @@
 // Item classes: the base class's neutral answers and type dispatch, text, reference, number,
-// keyword and automatically typed items, their refusals, and their copies.
+// keyword and automatically typed items, their refusals and copies, and the item factory.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -16,6 +16,7 @@
 
 #include "BreltList.h"
 #include "KeywordsDictionary.h"
+#include "ZentuCmdItemFactory.h"
 #include "ZentuCmdItem_Util.h"
 #include "ZentuMatrix.h"
 #include "engine_test_support.h"
@@ -33,7 +34,13 @@ using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::EnumValue;
 using ZentuCmdItemDefs::KeywordMap;
-using Keywords = std::vector<std::pair<std::string, int>>;
+using ZentuCmdItemFactory::create;
+using KeywordList = std::vector<std::pair<std::string, int>>;
+
+const KeywordMap& Keywords() {
+    static const KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
+    return keywords;
+}
 
 std::unique_ptr<ZentuCmd> CommandWithId(const std::string& text) {
     auto cmd = std::make_unique<ZentuCmd>(Cmd::GROUP_DEF);
@@ -42,7 +49,7 @@ std::unique_ptr<ZentuCmd> CommandWithId(const std::string& text) {
 }
 
 // A dictionary set up as item descriptions set theirs up: codes 32 to 127, not-found value -1.
-KeywordsDictionary<int> Described(const Keywords& keywords) {
+KeywordsDictionary<int> Described(const KeywordList& keywords) {
     KeywordsDictionary<int> dictionary;
     dictionary.Reset(-1);
     for (int code = 32; code <= 127; ++code) {
@@ -55,7 +62,7 @@ KeywordsDictionary<int> Described(const Keywords& keywords) {
     return dictionary;
 }
 
-const Keywords kNodal = {{"DENSITY", 1}, {"DISTRIBUTION", 2}, {"NODAL", 3}};
+const KeywordList kNodal = {{"DENSITY", 1}, {"DISTRIBUTION", 2}, {"NODAL", 3}};
 
 // The whole failure line of a keyword item refused for item TYPE, whose options are list, with
 // the message cut to its longest length.
@@ -248,7 +255,7 @@ TEST(Item, RefusalMessagesAreCutTo1023Characters) {
     const std::string message =
         FailureOf([&] { ZentuCmdIntItem("VALUE", longText + "x"); }).GetMessage();
     EXPECT_EQ(message, ("The item VALUE has an invalid type. '" + longText).substr(0, 1023));
-    Keywords many;
+    KeywordList many;
     std::string list;
     for (int i = 0; i < 200; ++i) {
         many.emplace_back("KEYWORD_" + std::to_string(1000 + i), i);
@@ -261,7 +268,7 @@ TEST(Item, RefusalMessagesAreCutTo1023Characters) {
 
 // Keyword items take keywords and unique abbreviations in any case, keeping the text raised.
 TEST(Item, KeywordItemAcceptsKeywordsAndUniqueAbbreviations) {
-    const std::tuple<std::string, Keywords, int, std::string> cases[] = {
+    const std::tuple<std::string, KeywordList, int, std::string> cases[] = {
         {"NODAL", kNodal, 3, "NODAL"},
         {"nOd", kNodal, 3, "NOD"},
         {"de", kNodal, 1, "DE"},
@@ -288,7 +295,7 @@ TEST(Item, KeywordItemAcceptsKeywordsAndUniqueAbbreviations) {
 // A refusal lists the options sorted, without starred keywords, quoting the text up to a NUL.
 TEST(Item, KeywordItemRefusesWithTheSortedListOfOptions) {
     const std::string list = "DENSITY, DISTRIBUTION, NODAL";
-    for (const Keywords& order : {kNodal, Keywords(kNodal.rbegin(), kNodal.rend())}) {
+    for (const KeywordList& order : {kNodal, KeywordList(kNodal.rbegin(), kNodal.rend())}) {
         for (const std::string text :
              {"D", "NODALX", "", "NO\tDAL", "NODAL\t", "N\xc3\xa9", "\x80", " NODAL"}) {
             EXPECT_EQ(EnumRefusalOf(text, Described(order)), Refusal(text, list));
@@ -342,8 +349,7 @@ TEST(Item, AutomaticItemDecidesEveryReadingOfItsText) {
         {"dens", "37 auto V=DENS 0 0 -1 (0,0,0) [DENS;] {}"},
     };
     for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(Answers(ZentuCmdAutoItem("V", text, ZentuCmdItemDefs::create_enum_map())),
-                  expected);
+        EXPECT_EQ(Answers(ZentuCmdAutoItem("V", text, Keywords())), expected);
     }
     for (const std::string& text :
          {std::string("1\0,2,3", 6), std::string("\xff\xfe,\x80", 4), std::string(100000, '7'),
@@ -413,6 +419,89 @@ TEST(Item, UtilityQueries) {
     automatic.AddReference(group);
     EXPECT_TRUE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::GROUP_DEF));
     EXPECT_FALSE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::DV));
+}
+
+// Each data type gets its class, by description or by type alone, and the text unchanged; only
+// automatically typed items read the keyword map, keyword items read the description's keywords.
+TEST(ItemFactory, BuildsTheClassOfTheDataTypeFromUnchangedText) {
+    const std::tuple<int, const char*, std::string> cases[] = {
+        {0, " 5 ", "0 int Name=5 5 0 -1 (0,0,0) [] {0;}"},
+        {1, "0.5", "1 real Name=0.5 0 0.5 -1 (0,0,0) [] {0;}"},
+        {2, " 1,2,3 ", "2367 auto Name=1,2,3 0 0 -1 (1,2,3) [1;2;3;] {1;2;3;}"},
+        {3, " aBc ", "3 string Name= ABC  0 0 -1 (0,0,0) [] {0;}"},
+        {4, " aBc ", "3 raw Name= aBc  0 0 -1 (0,0,0) [] {0;}"},
+        {8, "combine", "379 auto Name=COMBINE 0 0 87 (0,0,0) [COMBINE;] {}"},
+        {9, "nod", "039 enum Name=NOD 3 0 3 (0,0,0) [] {0;}"},
+        {10, "combine", "379 auto Name=COMBINE 0 0 87 (0,0,0) [COMBINE;] {}"},
+        {-1, "1-5", "367 auto Name=1-5 0 0 -1 (0,0,0) [1-5;] {1;2;3;4;5;}"},
+    };
+    for (const auto& [type, text, expected] : cases) {
+        ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "");
+        description.type = static_cast<DataType>(type);
+        EXPECT_EQ(Answers(*create("Name", text, description, Keywords())), expected);
+        if (type != 9) {
+            EXPECT_EQ(Answers(*create(static_cast<DataType>(type), "Name", text, Keywords())),
+                      expected);
+        }
+    }
+    EXPECT_FALSE(create(DataType::REFERENCE, "G", "G1", Keywords())->HasReference());
+}
+
+// Refusals of the built item pass through with its own texts; by type alone a keyword item has
+// no keywords and takes only the empty text.
+TEST(ItemFactory, RefusalsPassThroughWithTheItemsTexts) {
+    const std::tuple<DataType, const char*, std::string> cases[] = {
+        {DataType::INTEGER, "12abc",
+         "|%P|ZentuCmdEngine|ZentuCmdIntItem [] -14: The item TYPE has an invalid type. '12abc' "
+         "must be an integer value."},
+        {DataType::REAL, "1,5",
+         "|%P|ZentuCmdEngine|ZentuCmdScalarItem [] -14: The item TYPE has an invalid type. '1,5' "
+         "must be a scalar value."},
+        {DataType::ENUM, "yes",
+         "|%P|ZentuCmdEngine|ZentuCmdEnumItem [] -14: The value \"yes\" is not allowed for item "
+         "TYPE.\nValid options are: \n"},
+    };
+    for (const auto& [type, text, expected] : cases) {
+        EXPECT_EQ(FailureLine(FailureOf([&] { create(type, "TYPE", text, Keywords()); })),
+                  expected);
+    }
+    EXPECT_EQ(Answers(*create(DataType::ENUM, "TYPE", "", Keywords())),
+              "039 enum TYPE= -1 0 -1 (0,0,0) [] {0;}");
+    const ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}}, "");
+    EXPECT_EQ(FailureOf([&] { create("TYPE", "COMBINE", description, Keywords()); }).GetMessage(),
+              "The value \"COMBINE\" is not allowed for item TYPE.\nValid options are: \nNODAL");
+}
+
+// Default items read the default of their type: numbers from the numeric default, everything
+// else from the default text, even where the description says it has none.
+TEST(ItemFactory, DefaultValueItemsReadTheDefaultOfTheirType) {
+    ZentuCmdItemMetaData integer(CmdItem::VALUE, 42, "", 1);
+    integer.default_value = "7";
+    ZentuCmdItemMetaData keyword(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "nodal");
+    const std::pair<ZentuCmdItemMetaData, const char*> cases[] = {
+        {integer, "0 int Name=42 42 0 -1 (0,0,0) [] {0;}"},
+        {ZentuCmdItemMetaData(CmdItem::MIN, 0.1, "", 1),
+         "1 real Name=0.1 0 0.1 -1 (0,0,0) [] {0;}"},
+        {ZentuCmdItemMetaData(CmdItem::DESCRIPTION, std::string("mixed"), "", 1),
+         "3 string Name=MIXED 0 0 -1 (0,0,0) [] {0;}"},
+        {ZentuCmdItemMetaData(CmdItem::FILE, DataType::RAW_STRING, "a.Dat", "", 1),
+         "3 raw Name=a.Dat 0 0 -1 (0,0,0) [] {0;}"},
+        {keyword, "039 enum Name=NODAL 3 0 3 (0,0,0) [] {0;}"},
+        {ZentuCmdItemMetaData(CmdItem::GROUP), "36 auto Name= 0 0 -1 (0,0,0) [] {}"},
+        {ZentuCmdItemMetaData(CmdItem::GROUP, ZentuCmdDefs::Cmd::GROUP_DEF, " 8 "),
+         "01367 auto Name=8 8 8 -1 (0,0,0) [8;] {8;}"},
+    };
+    for (const auto& [description, expected] : cases) {
+        EXPECT_EQ(Answers(*ZentuCmdItemFactory::create_default_value_item("Name", description,
+                                                                          Keywords())),
+                  expected);
+    }
+    keyword.default_value = "LINEAR";
+    EXPECT_EQ(FailureOf([&] {
+                  ZentuCmdItemFactory::create_default_value_item("TYPE", keyword, Keywords());
+              }).GetMessage(),
+              "The value \"LINEAR\" is not allowed for item TYPE.\nValid options are: \n"
+              "DENSITY, NODAL");
 }
 
 }  // namespace
