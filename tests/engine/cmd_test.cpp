@@ -1,5 +1,5 @@
-// Commands: adding, replacing, erasing, copying and moving items, the typed item forms, and the
-// query helpers over commands and containers.
+// The vocabulary of kinds and keywords, and commands: adding, replacing, erasing, copying and
+// moving items, the typed item forms, and the query helpers over commands and containers.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <string>
 #include <tuple>
@@ -58,6 +59,43 @@ struct Watched {
         return probe;
     }
 };
+
+// Hosts write kinds by these names, keep the name table by reference for the life of the library,
+// and meet the placeholder command, whose name deliberately differs from its kind's.
+TEST(Vocabulary, NamesThatHostsRelyOn) {
+    for (const auto& [kind, line] : {std::pair{Cmd::MODEL_INPUT, "MODEL_INPUT@MODEL_INPUT"},
+                                     {Cmd::OPTIMIZE, "OPTIMIZE@OPTIMIZE"},
+                                     {Cmd::CMD_PLACEHOLDER, "CMD_PLACEHOLDER@CMD_PLACEHOLDER"}}) {
+        EXPECT_EQ(CmdLine(ZentuCmd(kind)), line);
+    }
+    EXPECT_EQ(&ZentuCmdDefs::get_default_cmd_names(), &ZentuCmdDefs::CMD_NAMES);
+    EXPECT_EQ(ZentuCmdItemDefs::MODIFY_NAME + ZentuCmdItemDefs::ALL_NAME, "MODIFYALL");
+    EXPECT_EQ(ZentuCmdItemDefs::VALUE_TYPE_NAMES[0] + ZentuCmdItemDefs::VALUE_TYPE_NAMES[11],
+              "vtmIntegervtmUnknown");
+    EXPECT_EQ(CmdLine(ZentuCmdContainer::s_DefaultCmd), "PLACEHOLDER@CMD_PLACEHOLDER");
+}
+
+// Every keyword reads back as its own enumerator, and synonyms share the value hosts compare with.
+TEST(Vocabulary, KeywordMapRoundTripsEveryKeyword) {
+    const KeywordMap& map = Keywords();
+    std::size_t count = 0;
+#define ZENTU_TEST_KEYWORD(word, value)                               \
+    EXPECT_EQ(ToInt(map.at(#word)), ToInt(EnumValue::word)) << #word; \
+    ++count;
+    ZENTU_CMD_ITEM_KEYWORDS(ZENTU_TEST_KEYWORD)
+#undef ZENTU_TEST_KEYWORD
+    EXPECT_EQ(map.size(), count);
+    EXPECT_EQ(count, 139U);
+    for (const auto& [synonym, keyword] :
+         std::map<std::string, std::string>{{"COMBINE", "WEIGHTED_SUM"},
+                                            {"TOPO_SENS", "TOPO_SENSITIVITY"},
+                                            {"SEQ", "SEQUENTIAL"}}) {
+        EXPECT_EQ(map.at(synonym), map.at(keyword)) << synonym;
+    }
+    EXPECT_EQ(ToInt(map.at("YES")), 89);
+    EXPECT_EQ(ToInt(map.at("SEQUENTIAL")), 0);
+    EXPECT_EQ(ToInt(ZentuCmdItemDefs::NO_ENUM_VALUE), -1);
+}
 
 // A command is named after its kind unless given a name, and starts without items.
 TEST(Cmd, ConstructionNamesTheCommand) {
