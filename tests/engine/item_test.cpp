@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <iomanip>
 #include <map>
 #include <memory>
 #include <set>
@@ -77,15 +78,22 @@ std::string EnumRefusalOf(const std::string& text, const KeywordsDictionary<int>
     return FailureLine(FailureOf([&] { ZentuCmdEnumItem("TYPE", text, keywords); }));
 }
 
+// The data types an item claims, as the digits of their values.
+std::string Claims(const ZentuCmdItem& item) {
+    std::string claims;
+    for (int type = 0; type < 12; ++type) {
+        if (item.HasType(static_cast<DataType>(type))) {
+            claims += "0123456789ab"[type];
+        }
+    }
+    return claims;
+}
+
 // An item's answers as one line: the data types it claims, class name=text, integer, real, keyword,
 // vector, list, integer list, and the identifier of the command it refers to.
 std::string Answers(const ZentuCmdItem& item) {
     std::ostringstream line;
-    for (int type = 0; type < 12; ++type) {
-        if (item.HasType(static_cast<DataType>(type))) {
-            line << "0123456789ab"[type];
-        }
-    }
+    line << Claims(item);
     const ZentuMatrix<3, 1, double> vector = item.GetVector3d();
     line << " " << ClassOf(item) << " " << item.GetName() << "=" << item.GetString() << " "
          << item.GetInteger() << " " << item.GetReal() << " " << ToInt(item.GetEnum()) << " ("
@@ -140,28 +148,15 @@ TEST(Item, ReadingsAnItemLacksGiveNeutralAnswers) {
 
 // HasType asks a host item's own queries, and types without a query are never claimed.
 TEST(Item, HasTypeDispatchesToTheItemsQueries) {
-    std::vector<std::unique_ptr<ZentuCmdItem>> items;
-    std::map<std::string, std::set<DataType>> claimed;
-    const std::vector<std::pair<zentu_test::Reading, DataType>> dispatch = {
-        {zentu_test::kInteger, DataType::INTEGER},      {zentu_test::kReal, DataType::REAL},
-        {zentu_test::kVector3d, DataType::VECTOR3D},    {zentu_test::kString, DataType::STRING},
-        {zentu_test::kBreltList, DataType::BRELT_LIST}, {zentu_test::kList, DataType::LIST},
-        {zentu_test::kReference, DataType::REFERENCE},  {zentu_test::kEnum, DataType::ENUM},
-    };
-    for (const auto& [reading, type] : dispatch) {
-        const std::string label = "reading " + std::to_string(reading);
-        items.push_back(std::make_unique<ProbeItem>(label, "", reading));
-        claimed[label] = {type};
-        claimed["every reading"].insert(type);
+    const std::pair<unsigned, const char*> cases[] = {
+        {zentu_test::kInteger, "0"},   {zentu_test::kReal, "1"},      {zentu_test::kVector3d, "2"},
+        {zentu_test::kString, "3"},    {zentu_test::kBreltList, "6"}, {zentu_test::kList, "7"},
+        {zentu_test::kReference, "8"}, {zentu_test::kEnum, "9"},      {~0U, "01236789"}};
+    for (const auto& [readings, claims] : cases) {
+        EXPECT_EQ(Claims(ProbeItem("P", "", readings)), claims);
     }
-    // RAW_STRING, RESERVED, AUTO and values outside the enumeration have no query to ask.
-    items.push_back(std::make_unique<ProbeItem>("every reading", "", ~0U));
-    for (const auto& item : items) {
-        for (std::int32_t value : {INT32_MIN, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}) {
-            const auto type = static_cast<DataType>(value);
-            EXPECT_EQ(item->HasType(type), claimed.at(item->GetName()).count(type) == 1)
-                << item->GetName() << ", data type " << value;
-        }
+    for (std::int32_t value : {INT32_MIN, -1, 12}) {
+        EXPECT_FALSE(ProbeItem("P", "", ~0U).HasType(static_cast<DataType>(value))) << value;
     }
 }
 
@@ -209,18 +204,12 @@ TEST(Item, ReferenceTextIsTheTargetsFirstIdentifierReadAtCallTime) {
 
 // Integer items take whole decimal integers in range, with blanks and a sign around them.
 TEST(Item, IntegerItemAcceptsWholeDecimalIntegers) {
-    const std::pair<const char*, int> cases[] = {{"0", 0},
-                                                 {"-7", -7},
-                                                 {"+7", 7},
-                                                 {"\t-3\n", -3},
-                                                 {"007", 7},
-                                                 {"2147483647", 2147483647},
-                                                 {"-2147483648", -2147483647 - 1}};
-    for (const auto& [text, value] : cases) {
+    std::string values;
+    for (const char* text : {"0", "-7", "+7", "\t-3\n", "007", "2147483647", "-2147483648"}) {
         const ZentuCmdIntItem item("VALUE", text);
-        EXPECT_EQ(item.GetInteger(), value) << text;
-        EXPECT_EQ(item.GetString(), std::to_string(value)) << text;
+        values += std::to_string(item.GetInteger()) + "=" + item.GetString() + " ";
     }
+    EXPECT_EQ(values, "0=0 -7=-7 7=7 -3=-3 7=7 2147483647=2147483647 -2147483648=-2147483648 ");
     for (const char* text :
          {"", " ", "-", "12abc", "1.0", "0x10", "1 2", "--1", "2147483648", "-2147483649"}) {
         EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdIntItem("ITER_MAX", text); })),
@@ -232,12 +221,13 @@ TEST(Item, IntegerItemAcceptsWholeDecimalIntegers) {
 
 // Real items take decimal numbers in any notation and write the shortest text that reads back.
 TEST(Item, RealItemAcceptsNumbers) {
-    const std::pair<const char*, double> cases[] = {
-        {"7", 7.0},  {" -0.125 ", -0.125}, {"1e-3", 1e-3},  {"+.5", 0.5},
-        {"3.", 3.0}, {"1E+2", 100.0},      {"1e-400", 0.0}, {"-2147483648", -2147483648.0}};
-    for (const auto& [text, value] : cases) {
-        EXPECT_EQ(ZentuCmdScalarItem("WEIGHT", text).GetReal(), value) << text;
+    std::ostringstream values;
+    values << std::setprecision(17);
+    for (const char* text :
+         {"7", " -0.125 ", "1e-3", "+.5", "3.", "1E+2", "1e-400", "-2147483648"}) {
+        values << ZentuCmdScalarItem("WEIGHT", text).GetReal() << " ";
     }
+    EXPECT_EQ(values.str(), "7 -0.125 0.001 0.5 3 100 0 -2147483648 ");
     for (const char* text :
          {"", ".", "1e", "e5", "1.5x", "inf", "nan", "0x1p3", "1e999", "1 2", "1,5", "- 1"}) {
         EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdScalarItem("WEIGHT", text); })),
