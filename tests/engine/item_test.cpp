@@ -349,51 +349,30 @@ TEST(Item, AutomaticItemDecidesEveryReadingOfItsText) {
     }
 }
 
-// Clone, copy construction and assignment (also onto itself) give objects of the source's
-// class with all its answers, which stay so when the source is retargeted or destroyed.
-template <typename Item>
-void ExpectCopiesAlike(std::unique_ptr<Item> source, Item assigned, const ZentuCmd& other) {
-    const std::unique_ptr<ZentuCmdItem> clone = source->Clone();
-    const Item constructed(*source);
-    assigned = *source;
-    Item& alias = assigned;
-    assigned = alias;
-    const std::string expected = Answers(*source);
-    source->AddReference(other);
-    source.reset();
-    const std::array<const ZentuCmdItem*, 3> copies = {clone.get(), &constructed, &assigned};
-    for (const ZentuCmdItem* copy : copies) {
-        EXPECT_EQ(Answers(*copy), expected);
-    }
-}
-
-// Every item class copies into an independent object alike.
-TEST(Item, CloneAndCopiesAreIndependentObjectsAlike) {
+// Clones are independent objects of the source's class with all its answers, which stay so when
+// the source is retargeted or destroyed; copies and assignments (also onto itself) alike.
+TEST(Item, ClonesAndCopiesAreIndependentObjectsAlike) {
     const auto target = CommandWithId("g1");
     const auto other = CommandWithId("g2");
-    ExpectCopiesAlike(std::make_unique<BareItem>("bare"), BareItem("other"), *other);
-    ExpectCopiesAlike(std::make_unique<ZentuCmdRawStringItem>("raw", "lower"),
-                      ZentuCmdRawStringItem("other", "xyz"), *other);
-    ExpectCopiesAlike(std::make_unique<ZentuCmdStringItem>("string", "lower"),
-                      ZentuCmdStringItem("other", "xyz"), *other);
-    ExpectCopiesAlike(std::make_unique<ZentuCmdReferenceItem>("ref", *target),
-                      ZentuCmdReferenceItem("other", *other), *other);
-    ExpectCopiesAlike(std::make_unique<ZentuCmdIntItem>("int", 3), ZentuCmdIntItem("other", 1),
-                      *other);
-    ExpectCopiesAlike(std::make_unique<ZentuCmdScalarItem>("real", 1.25),
-                      ZentuCmdScalarItem("other", 2.0), *other);
-    // The keyword item keeps no reference to its dictionary.
-    auto dictionary = std::make_unique<KeywordsDictionary<int>>(Described(kNodal));
-    auto keyword = std::make_unique<ZentuCmdEnumItem>("enum", "dist", *dictionary);
-    ZentuCmdEnumItem otherKeyword("other", "n", *dictionary);
-    dictionary.reset();
-    ExpectCopiesAlike(std::move(keyword), otherKeyword, *other);
-    auto automatic = std::make_unique<ZentuCmdAutoItem>("auto", "1-5:2", KeywordMap());
-    automatic->AddReference(*target);
-    ExpectCopiesAlike(std::move(automatic), ZentuCmdAutoItem("other", "7", KeywordMap()), *other);
-    ZentuCmdReferenceItem original("ref", *target);
-    original.Clone()->AddReference(*other);
-    EXPECT_EQ(original.GetReference(), target.get());
+    for (auto& item : EveryItemClass(*target)) {
+        item->AddReference(*target);
+        const std::string expected = Answers(*item);
+        const std::unique_ptr<ZentuCmdItem> clone = item->Clone();
+        item->AddReference(*other);
+        item.reset();
+        EXPECT_EQ(Answers(*clone), expected);
+    }
+    ZentuCmdAutoItem automatic("auto", "1-5:2", KeywordMap());
+    automatic.AddReference(*target);
+    const ZentuCmdAutoItem copy(automatic);
+    ZentuCmdAutoItem assigned("other", "7", KeywordMap());
+    assigned = automatic;
+    ZentuCmdAutoItem& alias = assigned;
+    assigned = alias;
+    const std::string expected = Answers(automatic);
+    automatic.AddReference(*other);
+    EXPECT_EQ(Answers(copy), expected);
+    EXPECT_EQ(Answers(assigned), expected);
 }
 
 // The item helpers look at the list reading and at the kind of the referred command.
