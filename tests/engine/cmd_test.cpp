@@ -2,7 +2,6 @@
 // moving items, the typed item forms, and the query helpers over commands and containers.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -2,7 +2,6 @@
 // keyword and automatically typed items, their refusals and copies, and the item factory.
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdint>
 #include <iomanip>
 #include <map>
@@ -11,7 +10,6 @@
 #include <sstream>
 #include <string>
 #include <tuple>
-#include <typeinfo>
 #include <utility>
 #include <vector>
 
