@@ -1,29 +1,23 @@
-// The parameter-file writer: whole files compared byte for byte, the open modes, and paths that
-// cannot be opened.
+// Writing and reading files: the parameter-file writer's exact layout, its open modes and paths
+// that cannot be opened, and the XML adapter, which reads nothing.
 #include <gtest/gtest.h>
 
 #include <array>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <memory>
-#include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
-#include "ZentuCmd.h"
-#include "ZentuCmdAutoItem.h"
 #include "ZentuCmdContainer.h"
-#include "ZentuCmdDefs.h"
-#include "ZentuCmdEnumItem.h"
-#include "ZentuCmdIntItem.h"
-#include "ZentuCmdItemDefs.h"
+#include "ZentuCmdIoConfig.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdOutput.h"
 #include "ZentuCmdParOutput.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdScalarItem.h"
+#include "ZentuXmlFileAdapter.h"
+#include "engine_test_support.h"
 
 namespace {
 
@@ -41,103 +35,57 @@ ZentuCmdParOutput Writer(const std::wstring& path, const ZentuCmdContainer& cont
     return ZentuCmdParOutput(path, container, commandNames, itemNames);
 }
 
+std::string Read(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
 void AddAuto(ZentuCmd& cmd, CmdItem kind, const std::string& name, const std::string& text) {
     cmd.AddItem(kind, std::make_unique<ZentuCmdAutoItem>(name, text, KeywordMap()));
 }
 
-class ParOutputTest : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        std::random_device seed;
-        dir = fs::temp_directory_path() / ("zentu_par_output_" + std::to_string(seed()));
-        ASSERT_TRUE(fs::create_directory(dir));
-    }
-
-    void TearDown() override { fs::remove_all(dir); }
-
-    static std::string Read(const fs::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    }
-
-    // Writes container to a new file and returns the file's bytes.
-    std::string Written(const ZentuCmdContainer& container) {
-        const fs::path path = dir / "job.par";
-        Writer(path.wstring(), container).Write(L"w");
-        return Read(path);
-    }
-
-    fs::path dir;
-};
-
-struct LayoutCase {
-    const char* label;
-    std::function<void(ZentuCmdContainer&)> build;
-    const char* expected;
-};
-
-TEST_F(ParOutputTest, WritesTheExactLayout) {
-    const LayoutCase cases[] = {
-        {"empty container", [](ZentuCmdContainer&) {}, "\n\n"},
-        {"one identified command",
-         [](ZentuCmdContainer& c) { c.CreateCommand(Cmd::DV, "DV", "d1"); },
-         "\nDV\n  ID_NAME = D1\nEND_\n\n\n"},
-        {"command without items", [](ZentuCmdContainer& c) { c.CreateCommand(Cmd::OPTIONS); },
-         "\nOPTIONS\nEND_\n\n\n"},
-        {"commands grouped by kind, names as stored",
-         [](ZentuCmdContainer& c) {
-             c.CreateCommand(Cmd::CMD_PLACEHOLDER, "UNKNOWN_CMD");
-             c.CreateCommand(Cmd::DV, "dv_topo");
-             c.CreateCommand(Cmd::MODEL_INPUT);
-             c.CreateCommand(Cmd::DV, "DV", "second");
-         },
-         "\nMODEL_INPUT\nEND_\n\ndv_topo\nEND_\n\nDV\n  ID_NAME = SECOND\nEND_\n\n"
-         "UNKNOWN_CMD\nEND_\n\n\n"},
-        {"items grouped by kind, then in insertion order",
-         [](ZentuCmdContainer& c) {
-             ZentuCmd& cmd = c.CreateCommand(Cmd::DRESP);
-             cmd.AddStringItem(CmdItem::PLACEHOLDER, "last");
-             cmd.AddStringItem(CmdItem::TYPE, "type", "disp_abs");
-             cmd.AddStringItem(CmdItem::GROUP, "b");
-             cmd.AddStringItem(CmdItem::GROUP, "a");
-             cmd.AddStringItem(CmdItem::ID_NAME, "r1");
-         },
-         "\nDRESP\n  ID_NAME = R1\n  type = DISP_ABS\n  GROUP = B\n  GROUP = A\n"
-         "  PLACEHOLDER = LAST\nEND_\n\n\n"},
-        {"value texts of every item class",
-         [](ZentuCmdContainer& c) {
-             const ZentuCmd& target = c.CreateCommand(Cmd::GROUP_DEF, "GROUP_DEF", "g1");
-             ZentuCmd& cmd = c.CreateCommand(Cmd::OPT_PARAM);
-             cmd.AddItem(CmdItem::GROUP, target);
-             cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdIntItem>("N", -3));
-             cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdScalarItem>("R", 0.1));
-             cmd.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdRawStringItem>("RAW", "5%s %d"));
-             cmd.AddItem(
-                 CmdItem::VALUE,
-                 std::make_unique<ZentuCmdEnumItem>(
-                     "E", "nod", ZentuCmdItemMetaData(CmdItem::TYPE, {{"NODAL", 3}}, "").keywords));
-             AddAuto(cmd, CmdItem::VALUE, "AUTO", " 2.5 ");
-             AddAuto(cmd, CmdItem::VALUE, "Q", "'1,2'");
-         },
-         "\nGROUP_DEF\n  ID_NAME = G1\nEND_\n\nOPT_PARAM\n  GROUP = G1\n  N = -3\n  R = 0.1\n"
-         "  RAW = 5%s %d\n  E = NOD\n  AUTO = 2.5\n  Q = '1,2'\nEND_\n\n\n"},
-        {"integer lists and line-breaking lists take two lines",
-         [](ZentuCmdContainer& c) {
-             ZentuCmd& cmd = c.CreateCommand(Cmd::GROUP_DEF);
-             AddAuto(cmd, CmdItem::GROUP, "GROUP", "1-5");
-             AddAuto(cmd, CmdItem::GROUP, "ONE", "5");
-             AddAuto(cmd, CmdItem::ADD_FILE, "ADD_FILE", "a.dat\nb.dat, c");
-             cmd.AddStringItem(CmdItem::DESCRIPTION, "line\nbreak");
-         },
-         "\nGROUP_DEF\n  ADD_FILE\n  A.DAT\nB.DAT, C\n  GROUP\n  1-5\n  ONE\n  5\n"
-         "  DESCRIPTION = LINE\nBREAK\nEND_\n\n\n"},
-    };
-    for (const LayoutCase& c : cases) {
-        SCOPED_TRACE(c.label);
-        ZentuCmdContainer container;
-        c.build(container);
-        EXPECT_EQ(Written(container), c.expected);
-    }
+// Commands come grouped by kind, items by kind then in insertion order, each as its own text;
+// integer lists and texts with line breaks take a line of their own.
+TEST(ParOutput, WritesTheExactLayout) {
+    ZentuCmdContainer container;
+    container.CreateCommand(Cmd::CMD_PLACEHOLDER, "UNKNOWN_CMD");
+    container.CreateCommand(Cmd::DV, "dv_topo");
+    container.CreateCommand(Cmd::MODEL_INPUT);
+    container.CreateCommand(Cmd::DV, "DV", "second");
+    ZentuCmd& response = container.CreateCommand(Cmd::DRESP);
+    response.AddStringItem(CmdItem::PLACEHOLDER, "last");
+    response.AddStringItem(CmdItem::TYPE, "type", "disp_abs");
+    response.AddStringItem(CmdItem::GROUP, "b");
+    response.AddStringItem(CmdItem::GROUP, "a");
+    response.AddStringItem(CmdItem::ID_NAME, "r1");
+    const ZentuCmd& target = container.CreateCommand(Cmd::GROUP_DEF, "GROUP_DEF", "g1");
+    ZentuCmd& values = container.CreateCommand(Cmd::OPT_PARAM);
+    values.AddItem(CmdItem::GROUP, target);
+    values.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdIntItem>("N", -3));
+    values.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdScalarItem>("R", 0.1));
+    values.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdRawStringItem>("RAW", "5%s %d"));
+    values.AddItem(
+        CmdItem::VALUE,
+        std::make_unique<ZentuCmdEnumItem>(
+            "E", "nod", ZentuCmdItemMetaData(CmdItem::TYPE, {{"NODAL", 3}}, "").keywords));
+    AddAuto(values, CmdItem::VALUE, "AUTO", " 2.5 ");
+    AddAuto(values, CmdItem::VALUE, "Q", "'1,2'");
+    ZentuCmd& lists = container.CreateCommand(Cmd::GROUP_DEF);
+    AddAuto(lists, CmdItem::GROUP, "GROUP", "1-5");
+    AddAuto(lists, CmdItem::GROUP, "ONE", "5");
+    AddAuto(lists, CmdItem::ADD_FILE, "ADD_FILE", "a.dat\nb.dat, c");
+    lists.AddStringItem(CmdItem::DESCRIPTION, "line\nbreak");
+    const zentu_test::ScratchDir dir("zentu_par_output_");
+    Writer((dir.Path() / "job.par").wstring(), container).Write(L"w");
+    EXPECT_EQ(Read(dir.Path() / "job.par"),
+              "\nMODEL_INPUT\nEND_\n\nGROUP_DEF\n  ID_NAME = G1\nEND_\n\n"
+              "GROUP_DEF\n  ADD_FILE\n  A.DAT\nB.DAT, C\n  GROUP\n  1-5\n  ONE\n  5\n"
+              "  DESCRIPTION = LINE\nBREAK\nEND_\n\n"
+              "dv_topo\nEND_\n\nDV\n  ID_NAME = SECOND\nEND_\n\n"
+              "DRESP\n  ID_NAME = R1\n  type = DISP_ABS\n  GROUP = B\n  GROUP = A\n"
+              "  PLACEHOLDER = LAST\nEND_\n\n"
+              "OPT_PARAM\n  GROUP = G1\n  N = -3\n  R = 0.1\n  RAW = 5%s %d\n  E = NOD\n"
+              "  AUTO = 2.5\n  Q = '1,2'\nEND_\n\nUNKNOWN_CMD\nEND_\n\n\n");
 }
 
 // A host's own format: every text of the base's algorithm is recognisable in the file.
@@ -157,59 +105,70 @@ class TaggedOutput : public ZentuCmdOutput {
     }
 };
 
-TEST_F(ParOutputTest, BaseWriterFramesTheTextsOfADerivedWriter) {
+// The base writer frames the header, command and item texts of a derived writer.
+TEST(ParOutput, BaseWriterFramesTheTextsOfADerivedWriter) {
+    const zentu_test::ScratchDir dir("zentu_par_output_");
     ZentuCmdContainer container;
     container.CreateCommand(Cmd::REPORT, "R", "r1").AddStringItem(CmdItem::FILTER, "f");
     container.CreateCommand(Cmd::FILTER);
-    const fs::path path = dir / "job.txt";
-    TaggedOutput(path, container).Write(L"w");
-    EXPECT_EQ(Read(path), "head\n<FILTER\n>\n\n<R\n  0:R1\n  38:F\n>\n\nfoot%n\n");
+    TaggedOutput(dir.Path() / "job.txt", container).Write(L"w");
+    EXPECT_EQ(Read(dir.Path() / "job.txt"),
+              "head\n<FILTER\n>\n\n<R\n  0:R1\n  38:F\n>\n\nfoot%n\n");
 }
 
-TEST_F(ParOutputTest, WriteModeReplacesAndAppendModeAppends) {
+// "w" replaces the file and "a" appends the container as it stands then, from any copy of a
+// writer, even a moved-from one.
+TEST(ParOutput, WriteModeReplacesAndAppendModeAppends) {
+    const zentu_test::ScratchDir dir("zentu_par_output_");
+    const fs::path path = dir.Path() / "job.par";
+    std::ofstream(path) << "old content that is longer than the new one\n";
     ZentuCmdContainer container;
     container.CreateCommand(Cmd::STOP);
-    const fs::path path = dir / "job.par";
-    std::ofstream(path) << "old content that is longer than the new one\n";
-
-    const ZentuCmdParOutput writer = Writer(path.wstring(), container);
-    writer.Write(L"w");
-    writer.Write(L"w");
-    EXPECT_EQ(Read(path), "\nSTOP\nEND_\n\n\n");
-
-    // Each call writes the container as it stands then.
-    container.CreateCommand(Cmd::OUTPUT);
-    writer.Write(L"a");
-    EXPECT_EQ(Read(path), "\nSTOP\nEND_\n\n\n\nSTOP\nEND_\n\nOUTPUT\nEND_\n\n\n");
-}
-
-TEST_F(ParOutputTest, CopiedAndMovedWritersWriteTheSameFile) {
-    ZentuCmdContainer container;
-    container.CreateCommand(Cmd::SMOOTH);
-    const fs::path path = dir / "job.par";
     ZentuCmdParOutput original = Writer(path.wstring(), container);
     const ZentuCmdParOutput copy(original);
     const ZentuCmdParOutput moved(std::move(original));
     copy.Write(L"w");
-    moved.Write(L"a");
+    moved.Write(L"w");
+    EXPECT_EQ(Read(path), "\nSTOP\nEND_\n\n\n");
+    container.CreateCommand(Cmd::OUTPUT);
     original.Write(L"a");  // NOLINT(bugprone-use-after-move): a moved-from writer stays usable
-    EXPECT_EQ(Read(path), "\nSMOOTH\nEND_\n\n\n\nSMOOTH\nEND_\n\n\n\nSMOOTH\nEND_\n\n\n");
+    EXPECT_EQ(Read(path), "\nSTOP\nEND_\n\n\n\nSTOP\nEND_\n\nOUTPUT\nEND_\n\n\n");
 }
 
-TEST_F(ParOutputTest, WidePathsAreWrittenAsUtf8) {
-    ZentuCmdContainer container;
-    Writer(dir.wstring() + L"/\u00e4\u20ac.par", container).Write(L"w");
-    EXPECT_EQ(Read(dir / "\xc3\xa4\xe2\x82\xac.par"), "\n\n");
-}
-
-TEST_F(ParOutputTest, UnopenablePathWritesNothingAndDoesNotThrow) {
-    ZentuCmdContainer container;
-    container.CreateCommand(Cmd::DV, "DV", "d1");
-    for (const fs::path& path : {dir, dir / "missing" / "job.par"}) {
+// Wide paths are written as UTF-8; a path that cannot be opened writes nothing and does not throw.
+TEST(ParOutput, PathsAreUtf8AndUnopenableOnesWriteNothing) {
+    const zentu_test::ScratchDir dir("zentu_par_output_");
+    const ZentuCmdContainer container;
+    for (const fs::path& path : {dir.Path(), dir.Path() / "missing" / "job.par"}) {
         EXPECT_NO_THROW(Writer(path.wstring(), container).Write(L"w")) << path;
     }
-    EXPECT_TRUE(fs::is_directory(dir));
-    EXPECT_TRUE(fs::is_empty(dir));
+    EXPECT_TRUE(fs::is_empty(dir.Path()));
+    Writer(dir.Path().wstring() + L"/\u00e4\u20ac.par", container).Write(L"w");
+    EXPECT_EQ(Read(dir.Path() / "\xc3\xa4\xe2\x82\xac.par"), "\n\n");
+}
+
+// Whatever the file holds and however the adapter was made, parsing keeps the container as it was.
+TEST(XmlFileAdapter, ParseLeavesTheContainerAsItWas) {
+    const zentu_test::ScratchDir dir("zentu_xml_adapter_");
+    const fs::path path = dir.Path() / "job.xml";
+    std::ofstream(path) << "<job>\n  <DRESP ID_NAME=\"D3\"/>\n  <OPTIMIZE/>\n</job>\n";
+    ZentuCmdIoConfig config;
+    config.AddCmdMetadata("DRESP", ZentuCmdMetaData(Cmd::DRESP, true));
+    ZentuXmlFileAdapter original(path.wstring(), config);
+    ZentuXmlFileAdapter copy(original);
+    ZentuXmlFileAdapter absent((dir.Path() / "absent.xml").wstring(), config);
+    ZentuXmlFileAdapter moved(std::move(original));
+    ZentuCmdContainer empty;
+    moved.Parse(empty);
+    EXPECT_TRUE(empty.begin() == empty.end());
+    ZentuCmdContainer container;
+    const ZentuCmd& response = container.CreateCommand(Cmd::DRESP, "DRESP", "d1");
+    container.CreateCommand(Cmd::OPTIMIZE).AddItem(CmdItem::DRESP, response);
+    const std::vector<std::string> before = zentu_test::CmdLines(container);
+    for (ZentuXmlFileAdapter* adapter : {&copy, &absent, &moved, &moved}) {
+        adapter->Parse(container);
+        EXPECT_EQ(zentu_test::CmdLines(container), before);
+    }
 }
 
 }  // namespace
