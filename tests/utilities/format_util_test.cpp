@@ -80,7 +80,8 @@ TEST(FormatUtilTest, StrToDoubleReadsLikeStrtodInTheCLocale) {
         // Very long digit strings.
         std::string(100000, '9'), "0." + std::string(100000, '0') + "1",
         "0." + std::string(1000, '0') + "1e+700", std::string(1000, '1') + "e-1300",
-        "0x" + std::string(1000, 'f') + "p-5000", "1." + std::string(5000, '5') + "e-3"};
+        "0x" + std::string(1000, 'f') + "p-5000", "1." + std::string(5000, '5') + "e-3",
+        std::string(500, '0') + "1e-400"};
     // clang-format on
     for (const std::string& text : texts) {
         SCOPED_TRACE("\"" + text.substr(0, 40) + "\"");
