@@ -70,27 +70,13 @@ const std::vector<DocumentCase> kCases = {
       "  ELEMENT_GROUP 4:3-4:16 : 1-5,|7 5:5-7:6 lines 4-7", "  LOWER 8:3-8:8 =  8:9-8:9 lines 8-8",
       "lines -.- 0.- 0.0 0.1 0.1 0.1 0.1 0.2 0.-"},
      {}},
-    {"a list ended without comma gives way to the next name alone",
-     "G\n  A\n    1\n  B\n    2\nEND_",
-     {"G 1:1-1:2 lines 1-6", "  A 2:3-2:4 : 1 3:5-3:6 lines 2-3",
-      "  B 4:3-4:4 : 2 5:5-5:6 lines 4-5", "lines 0.- 0.0 0.0 0.1 0.1 0.-"},
-     {}},
-    {"END_ outside a command is skipped",
-     "END_\nDV\nend_\n",
-     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
-     {"syntax 1:1-1:5 END_ outside a command"}},
-    {"an item line outside a command is skipped",
-     "  A = 1 \nDV\nEND_",
-     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
-     {"syntax 1:3-1:8 item line outside a command: 'A = 1'"}},
-    {"a command line of two words is skipped",
-     "DV  X\n",
-     {"lines -.-"},
-     {"syntax 1:1-1:6 a command line must hold one word: 'DV  X'"}},
-    {"a keyword with a control character is skipped",
-     "D\x01V\nDV\nEND_",
-     {"DV 2:1-2:3 lines 2-3", "lines -.- 0.- 0.-"},
-     {"syntax 1:1-1:4 a command keyword must not hold control characters: 'D\\x01V'"}},
+    {"each structural problem outside a command is skipped with a finding at its text",
+     "END_\n  A = 1 \nDV  X\nD\x01V\nDV\nend_\n",
+     {"DV 5:1-5:3 lines 5-6", "lines -.- -.- -.- -.- 0.- 0.-"},
+     {"syntax 1:1-1:5 END_ outside a command",
+      "syntax 2:3-2:8 item line outside a command: 'A = 1'",
+      "syntax 3:1-3:6 a command line must hold one word: 'DV  X'",
+      "syntax 4:1-4:4 a command keyword must not hold control characters: 'D\\x01V'"}},
     {"a keyword of the schema closes the command left open",
      "GROUP_DEF\n  ID_NAME = g\nDV\n  ID_NAME = d\nEND_\n",
      {"GROUP_DEF 1:1-1:10 lines 1-0", "  ID_NAME 2:3-2:10 = g 2:13-2:14 lines 2-2",
@@ -98,9 +84,10 @@ const std::vector<DocumentCase> kCases = {
       "lines 0.- 0.0 1.- 1.0 1.-"},
      {"syntax 1:1-1:10 command GROUP_DEF opened on line 1 has no END_ before the next "
       "command DV"}},
-    {"a keyword that names an item of the open command stays an item",
-     "OPTIMIZE\n  dv\n    d1\nEND_\n",
-     {"OPTIMIZE 1:1-1:9 lines 1-4", "  dv 2:3-2:5 : d1 3:5-3:7 lines 2-3", "lines 0.- 0.0 0.0 0.-"},
+    {"a keyword that names an item of the open command stays an item; a name ends a list",
+     "OPTIMIZE\n  dv\n    d1\n  X\n    1\nEND_\n",
+     {"OPTIMIZE 1:1-1:9 lines 1-6", "  dv 2:3-2:5 : d1 3:5-3:7 lines 2-3",
+      "  X 4:3-4:4 : 1 5:5-5:6 lines 4-5", "lines 0.- 0.0 0.0 0.1 0.1 0.-"},
      {}},
     {"a file that ends inside a command keeps the command",
      "DV\n  ID_NAME = d  ",
@@ -111,12 +98,8 @@ const std::vector<DocumentCase> kCases = {
      {"DV 1:1-1:3 lines 1-0", "  ID_NAME 2:3-2:10 = d 2:13-2:14 lines 2-2",
       "  NOTE 3:3-3:7 : |1-5 4:1-5:8 lines 3-5", "lines 0.- 0.0 0.1 0.1 0.1"},
      {"syntax 5:8-5:8 the file ends inside command DV opened on line 1"}},
-    {"a byte-order mark is not a column",
+    {"columns count characters, not bytes, and a byte-order mark is none",
      "\xEF\xBB\xBF"
-     "DV\nEND_",
-     {"DV 1:1-1:3 lines 1-2", "lines 0.- 0.-"},
-     {}},
-    {"columns count characters, not bytes",
      "DV\n\xC3\x84\xC3\x96 = \xC3\xA9"
      "1\n\t\xE2\x82\xAC\nEND_",
      {"DV 1:1-1:3 lines 1-4",
@@ -126,6 +109,7 @@ const std::vector<DocumentCase> kCases = {
      {}},
 };
 
+// Editors place names, values and findings by these ranges and owners, and save the text as is.
 TEST(JobDocument, ReadsEveryCaseIntoItsOutlineAndFindingsKeepingTheText) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
     for (const DocumentCase& c : kCases) {
@@ -139,6 +123,7 @@ TEST(JobDocument, ReadsEveryCaseIntoItsOutlineAndFindingsKeepingTheText) {
     }
 }
 
+// A file reads as its text would; one that cannot be read gives an io finding, not a failure.
 TEST(JobDocument, ReadsAFileAsItsTextAndAnUnreadableOneAsAnIoFinding) {
     const std::string text = kCases[1].text;
     const std::string path = ::testing::TempDir() + "zentu_document_test.par";

