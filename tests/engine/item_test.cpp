@@ -6,10 +6,8 @@
 #include <iomanip>
 #include <map>
 #include <memory>
-#include <set>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -19,19 +17,17 @@
 #include "ZentuCmdItem_Util.h"
 #include "ZentuMatrix.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
 using zentu_test::BareItem;
-using zentu_test::ClassOf;
 using zentu_test::FailureLine;
 using zentu_test::FailureOf;
 using zentu_test::ProbeItem;
-using zentu_test::ToInt;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
-using ZentuCmdItemDefs::EnumValue;
 using ZentuCmdItemDefs::KeywordMap;
 using ZentuCmdItemFactory::create;
 using KeywordList = std::vector<std::pair<std::string, int>>;
@@ -61,7 +57,18 @@ KeywordsDictionary<int> Described(const KeywordList& keywords) {
     return dictionary;
 }
 
-const KeywordList kNodal = {{"DENSITY", 1}, {"DISTRIBUTION", 2}, {"NODAL", 3}};
+// Keywords written as "WORD=value" separated by commas, in the order given.
+KeywordList Parsed(const std::string& text) {
+    KeywordList keywords;
+    std::istringstream in(text);
+    for (std::string entry; std::getline(in, entry, ',');) {
+        keywords.emplace_back(entry.substr(0, entry.find('=')),
+                              std::stoi(entry.substr(entry.find('=') + 1)));
+    }
+    return keywords;
+}
+
+const KeywordList kNodal = Parsed("DENSITY=1,DISTRIBUTION=2,NODAL=3");
 
 // The whole failure line of a keyword item refused for item TYPE, whose options are list, with
 // the message cut to its longest length.
@@ -91,11 +98,12 @@ std::string Claims(const ZentuCmdItem& item) {
 // vector, list, integer list, and the identifier of the command it refers to.
 std::string Answers(const ZentuCmdItem& item) {
     std::ostringstream line;
-    line << Claims(item);
+    line << std::setprecision(15) << Claims(item);
     const ZentuMatrix<3, 1, double> vector = item.GetVector3d();
-    line << " " << ClassOf(item) << " " << item.GetName() << "=" << item.GetString() << " "
-         << item.GetInteger() << " " << item.GetReal() << " " << ToInt(item.GetEnum()) << " ("
-         << vector(0, 0) << "," << vector(1, 0) << "," << vector(2, 0) << ") [";
+    line << " " << zentu_test::ClassOf(item) << " " << item.GetName() << "=" << item.GetString()
+         << " " << item.GetInteger() << " " << item.GetReal() << " "
+         << zentu_test::ToInt(item.GetEnum()) << " (" << vector(0, 0) << "," << vector(1, 0) << ","
+         << vector(2, 0) << ") [";
     for (const std::string& part : item.GetList()) {
         line << part << ";";
     }
@@ -108,6 +116,21 @@ std::string Answers(const ZentuCmdItem& item) {
         line << " ->" << item.GetReference()->Item(CmdItem::ID_NAME, 0).GetString();
     }
     return line.str();
+}
+
+// The item named TYPE that a case builds: "enum" a keyword item of the case's keywords, "dN" the
+// factory's item for a keyword description of data type N, and N its item for data type N alone.
+std::unique_ptr<ZentuCmdItem> Made(const std::string& how, const std::string& keywords,
+                                   const std::string& text) {
+    if (how == "enum") {
+        return std::make_unique<ZentuCmdEnumItem>("TYPE", text, Described(Parsed(keywords)));
+    }
+    if (how[0] != 'd') {
+        return create(static_cast<DataType>(std::stoi(how)), "TYPE", text, Keywords());
+    }
+    ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "");
+    description.type = static_cast<DataType>(std::stoi(how.substr(1)));
+    return create("TYPE", text, description, Keywords());
 }
 
 // One item of every engine class beside the base class's own answers.
@@ -124,12 +147,27 @@ std::vector<std::unique_ptr<ZentuCmdItem>> EveryItemClass(const ZentuCmd& target
     return items;
 }
 
+// Each item class reads its text into exactly the answers the table gives, or refuses it with
+// exactly the failure the table gives.
+TEST(Item, ReadsTextIntoTheAnswersOrTheRefusalOfTheTable) {
+    for (const auto& c : zentu_test::DataCases("engine/cases/item_texts.txt", 4)) {
+        SCOPED_TRACE(c.where);
+        std::string outcome;
+        try {
+            outcome = Answers(*Made(c.fields[0], c.fields[1], c.fields[2]));
+        } catch (const KPL_Failure& failure) {
+            outcome = FailureLine(failure);
+        }
+        EXPECT_EQ(outcome, c.fields[3]);
+    }
+}
+
 // Items claim exactly the types their own queries answer, and readings an item lacks give
 // neutral answers; a missing integer list still reads as { 0 }.
 TEST(Item, ReadingsAnItemLacksGiveNeutralAnswers) {
     const auto target = CommandWithId("g1");
     const std::map<std::string, std::string> expected = {
-        {"bare", " " + ClassOf(BareItem("")) + " bare= 0 0 -1 (0,0,0) [] {0;}"},
+        {"bare", " " + zentu_test::ClassOf(BareItem("")) + " bare= 0 0 -1 (0,0,0) [] {0;}"},
         {"raw", "3 raw raw=lower 0 0 -1 (0,0,0) [] {0;}"},
         {"string", "3 string string=LOWER 0 0 -1 (0,0,0) [] {0;}"},
         {"ref", "38 ref ref=G1 0 0 -1 (0,0,0) [] {0;} ->G1"},
@@ -142,6 +180,9 @@ TEST(Item, ReadingsAnItemLacksGiveNeutralAnswers) {
     }
     const BreltList<int> list = BareItem("bare").GetBreltList();
     EXPECT_TRUE(list.default_step == 1 && list.break_lines && list.clear_on_read);
+    EXPECT_EQ(ZentuCmdScalarItem("W", 2.0).GetString() + ZentuCmdScalarItem("W", -1.5).GetString(),
+              "2-1.5");
+    EXPECT_FALSE(create(DataType::REFERENCE, "G", "G1", Keywords())->HasReference());
 }
 
 // HasType asks a host item's own queries, and types without a query are never claimed.
@@ -158,17 +199,29 @@ TEST(Item, HasTypeDispatchesToTheItemsQueries) {
     }
 }
 
-// String items raise ASCII letters only, up to the first NUL; raw items keep every byte.
-TEST(Item, StringItemRaisesAsciiLettersRawItemKeepsEveryByte) {
-    const std::vector<std::pair<std::string, std::string>> conversions = {
-        {"MiXeD_09 z", "MIXED_09 Z"},
-        {"`a{z@A[Z", "`A{Z@A[Z"},
+// Texts read up to the first NUL: string items raise ASCII letters only and raw items keep every
+// byte; keyword items look up and quote the text before the NUL, and any text is an automatic one.
+TEST(Item, TextsWithNulAndHighBytes) {
+    const std::pair<std::string, std::string> conversions[] = {
         {"stra\xC3\x9Fx \xE1\xF1x\x80\xFF", "STRA\xC3\x9FX \xE1\xF1X\x80\xFF"},
         {std::string("ab\0cd", 5), std::string("AB\0cd", 5)},
         {std::string("\0abc", 4), std::string("\0abc", 4)}};
     for (const auto& [input, upper] : conversions) {
         EXPECT_EQ(ZentuCmdStringItem("name", input).GetString(), upper) << input;
         EXPECT_EQ(ZentuCmdRawStringItem("name", input).GetString(), input);
+    }
+    const ZentuCmdEnumItem cut("TYPE", std::string("nodal\0xyz", 9), Described(kNodal));
+    EXPECT_EQ(cut.GetString() + std::to_string(cut.GetInteger()), std::string("NODAL\0xyz3", 10));
+    const ZentuCmdEnumItem empty("TYPE", std::string("\0x", 2), Described({{"ONLY", 4}}));
+    EXPECT_EQ(empty.GetString() + std::to_string(empty.GetInteger()), std::string("\0x4", 3));
+    const std::string list = "DENSITY, DISTRIBUTION, NODAL";
+    EXPECT_EQ(EnumRefusalOf(std::string("\0NODAL", 6), Described(kNodal)), Refusal("", list));
+    EXPECT_EQ(EnumRefusalOf("\x80", Described(kNodal)), Refusal("\x80", list));
+    for (const std::string& text :
+         {std::string("1\0,2,3", 6), std::string("\xff\xfe,\x80", 4), std::string(100000, '7'),
+          std::string(5000, ','), std::string("1--5"), std::string("+-1"), std::string(":"),
+          std::string("1-5:0")}) {
+        EXPECT_TRUE(ZentuCmdAutoItem("VALUE", text, KeywordMap()).HasString());
     }
 }
 
@@ -184,45 +237,9 @@ TEST(Item, ReferenceTextIsTheTargetsFirstIdentifierReadAtCallTime) {
     EXPECT_EQ(item.GetString(), "raw");
 }
 
-// Integer items take whole decimal integers in range, with blanks and a sign around them.
-TEST(Item, IntegerItemAcceptsWholeDecimalIntegers) {
-    std::string values;
-    for (const char* text : {"0", "-7", "+7", "\t-3\n", "007", "2147483647", "-2147483648"}) {
-        const ZentuCmdIntItem item("VALUE", text);
-        values += std::to_string(item.GetInteger()) + "=" + item.GetString() + " ";
-    }
-    EXPECT_EQ(values, "0=0 -7=-7 7=7 -3=-3 7=7 2147483647=2147483647 -2147483648=-2147483648 ");
-    for (const char* text :
-         {"", " ", "-", "12abc", "1.0", "0x10", "1 2", "--1", "2147483648", "-2147483649"}) {
-        EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdIntItem("ITER_MAX", text); })),
-                  std::string("|%P|ZentuCmdEngine|ZentuCmdIntItem [] -14: The item ITER_MAX has "
-                              "an invalid type. '") +
-                      text + "' must be an integer value.");
-    }
-}
-
-// Real items take decimal numbers in any notation and write the shortest text that reads back.
-TEST(Item, RealItemAcceptsNumbers) {
-    std::ostringstream values;
-    values << std::setprecision(17);
-    for (const char* text :
-         {"7", " -0.125 ", "1e-3", "+.5", "3.", "1E+2", "1e-400", "-2147483648"}) {
-        values << ZentuCmdScalarItem("WEIGHT", text).GetReal() << " ";
-    }
-    EXPECT_EQ(values.str(), "7 -0.125 0.001 0.5 3 100 0 -2147483648 ");
-    for (const char* text :
-         {"", ".", "1e", "e5", "1.5x", "inf", "nan", "0x1p3", "1e999", "1 2", "1,5", "- 1"}) {
-        EXPECT_EQ(FailureLine(FailureOf([&] { ZentuCmdScalarItem("WEIGHT", text); })),
-                  std::string("|%P|ZentuCmdEngine|ZentuCmdScalarItem [] -14: The item WEIGHT has "
-                              "an invalid type. '") +
-                      text + "' must be a scalar value.");
-    }
-    EXPECT_EQ(ZentuCmdScalarItem("W", 2.0).GetString(), "2");
-    EXPECT_EQ(ZentuCmdScalarItem("W", -1.5).GetString(), "-1.5");
-}
-
-// Refusal messages are cut to 1023 characters, however long the text or the option list.
-TEST(Item, RefusalMessagesAreCutTo1023Characters) {
+// Refusal messages are cut to 1023 characters and take texts as arguments, never as format;
+// without an alphabet a keyword item accepts nothing, not even the empty text.
+TEST(Item, RefusalMessagesAreCutAndNeverFormatted) {
     const std::string longText(3000, '9');
     const std::string message =
         FailureOf([&] { ZentuCmdIntItem("VALUE", longText + "x"); }).GetMessage();
@@ -236,99 +253,16 @@ TEST(Item, RefusalMessagesAreCutTo1023Characters) {
     EXPECT_EQ(EnumRefusalOf("X", Described(many)), Refusal("X", list));
     EXPECT_EQ(EnumRefusalOf(std::string(100000, 'Q'), Described(kNodal)),
               Refusal(std::string(100000, 'Q'), ""));
-}
-
-// Keyword items take keywords and unique abbreviations in any case, keeping the text raised.
-TEST(Item, KeywordItemAcceptsKeywordsAndUniqueAbbreviations) {
-    const std::tuple<std::string, KeywordList, int, std::string> cases[] = {
-        {"NODAL", kNodal, 3, "NODAL"},
-        {"nOd", kNodal, 3, "NOD"},
-        {"de", kNodal, 1, "DE"},
-        {"Di", kNodal, 2, "DI"},
-        {"distribution", kNodal, 2, "DISTRIBUTION"},
-        {std::string("nodal\0xyz", 9), kNodal, 3, std::string("NODAL\0xyz", 9)},
-        // A text that starts with NUL is looked up as the empty text.
-        {std::string("\0x", 2), {{"ONLY", 4}}, 4, std::string("\0x", 2)},
-        {"", {{"ONLY", 4}}, 4, ""},
-        {"", {}, -1, ""},
-        {"abc", {{"ABCD", 20}, {"ABC", 10}}, 10, "ABC"},
-        {"ABCD", {{"ABCD", 20}, {"ABC", 10}}, 20, "ABCD"},
-        {"AL", {{"ALL*", 9}, {"*", 6}}, 9, "AL"},
-        {"*", {{"ALL*", 9}, {"*", 6}}, 6, "*"},
-    };
-    for (const auto& [text, keywords, value, kept] : cases) {
-        const ZentuCmdEnumItem item("TYPE", text, Described(keywords));
-        EXPECT_EQ(item.GetInteger(), value) << text;
-        EXPECT_EQ(ToInt(item.GetEnum()), value) << text;
-        EXPECT_EQ(item.GetString(), kept) << text;
-    }
-}
-
-// A refusal lists the options sorted, without starred keywords, quoting the text up to a NUL.
-TEST(Item, KeywordItemRefusesWithTheSortedListOfOptions) {
-    const std::string list = "DENSITY, DISTRIBUTION, NODAL";
-    for (const KeywordList& order : {kNodal, KeywordList(kNodal.rbegin(), kNodal.rend())}) {
-        for (const std::string text :
-             {"D", "NODALX", "", "NO\tDAL", "NODAL\t", "N\xc3\xa9", "\x80", " NODAL"}) {
-            EXPECT_EQ(EnumRefusalOf(text, Described(order)), Refusal(text, list));
-        }
-    }
-    EXPECT_EQ(EnumRefusalOf(std::string("\0NODAL", 6), Described(kNodal)), Refusal("", list));
-    for (const std::string text : {"AB", "ABCDE"}) {
-        EXPECT_EQ(EnumRefusalOf(text, Described({{"ABCD", 20}, {"ABC", 10}})),
-                  Refusal(text, "ABC, ABCD"));
-    }
-    EXPECT_EQ(EnumRefusalOf("A", Described({{"NODAL", 3}, {"A*B", 5}, {"ALL*", 9}})),
-              Refusal("A", "A*B, NODAL"));
-    EXPECT_EQ(EnumRefusalOf("X", Described({{"ALL*", 9}, {"*", 6}})), Refusal("X", ""));
-    EXPECT_EQ(EnumRefusalOf("A", Described({})), Refusal("A", ""));
-    // Without an alphabet nothing is accepted, not even the empty text.
     KeywordsDictionary<int> reset = Described(kNodal);
     reset.Reset(-1);
     for (const std::string text : {"", "N"}) {
         EXPECT_EQ(EnumRefusalOf(text, reset), Refusal(text, ""));
         EXPECT_EQ(EnumRefusalOf(text, KeywordsDictionary<int>()), Refusal(text, ""));
     }
-    // Texts are arguments of the message, never part of its format.
     EXPECT_EQ(FailureOf([] {
                   ZentuCmdEnumItem("A%sB%n", "100%d%s", Described({{"ALL", 1}}));
               }).GetMessage(),
               "The value \"100%d%s\" is not allowed for item A%sB%n.\nValid options are: \nALL");
-}
-
-// Every reading that a text allows is decided on its own, with the values behind it: vector parts
-// are 0 where no number, and keywords match only whole trimmed, raised texts.
-TEST(Item, AutomaticItemDecidesEveryReadingOfItsText) {
-    const std::pair<const char*, const char*> cases[] = {
-        {" -5 ", "01367 auto V=-5 -5 -5 -1 (0,0,0) [-5;] {-5;}"},
-        {"2.5", "137 auto V=2.5 0 2.5 -1 (0,0,0) [2.5;] {}"},
-        {"1e5", "137 auto V=1E5 0 100000 -1 (0,0,0) [1E5;] {}"},
-        {"1,2,3", "2367 auto V=1,2,3 0 0 -1 (1,2,3) [1;2;3;] {1;2;3;}"},
-        {"1,A,3", "37 auto V=1,A,3 0 0 -1 (1,0,3) [1;A;3;] {}"},
-        {"1,2", "367 auto V=1,2 0 0 -1 (0,0,0) [1;2;] {1;2;}"},
-        {"1-10:3", "367 auto V=1-10:3 0 0 -1 (0,0,0) [1-10:3;] {1;4;7;10;}"},
-        {"\"1,2,3\"", "37 auto V=\"1,2,3\" 0 0 -1 (0,0,0) [\"1;2;3\";] {}"},
-        {"'7'", "37 auto V='7' 0 0 -1 (0,0,0) ['7';] {}"},
-        {"  group_1  ", "37 auto V=GROUP_1 0 0 -1 (0,0,0) [GROUP_1;] {}"},
-        {"", "36 auto V= 0 0 -1 (0,0,0) [] {}"},
-        {"   ", "36 auto V= 0 0 -1 (0,0,0) [] {}"},
-        {" 1.5 , 2 , -3e1 ", "237 auto V=1.5 , 2 , -3E1 0 0 -1 (1.5,2,-30) [1.5;2;-3E1;] {}"},
-        {"1-2000000000", "37 auto V=1-2000000000 0 0 -1 (0,0,0) [1-2000000000;] {}"},
-        // The integer-list reader, like a stream, ends quietly when a number runs out of range
-        // at the very end of the text; the list is then empty.
-        {"2147483648", "1367 auto V=2147483648 0 2.14748e+09 -1 (0,0,0) [2147483648;] {}"},
-        {" density ", "379 auto V=DENSITY 0 0 68 (0,0,0) [DENSITY;] {}"},
-        {"dens", "37 auto V=DENS 0 0 -1 (0,0,0) [DENS;] {}"},
-    };
-    for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(Answers(ZentuCmdAutoItem("V", text, Keywords())), expected);
-    }
-    for (const std::string& text :
-         {std::string("1\0,2,3", 6), std::string("\xff\xfe,\x80", 4), std::string(100000, '7'),
-          std::string(5000, ','), std::string("1--5"), std::string("+-1"), std::string(":"),
-          std::string("1-5:0")}) {
-        EXPECT_TRUE(ZentuCmdAutoItem("VALUE", text, KeywordMap()).HasString());
-    }
 }
 
 // Only reference and automatic items take a reference, and the latest offer wins. Clones are
@@ -376,57 +310,6 @@ TEST(Item, UtilityQueries) {
     automatic.AddReference(group);
     EXPECT_TRUE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::GROUP_DEF));
     EXPECT_FALSE(ZentuCmdItem_Util::has_item_reference_of_type(automatic, Cmd::DV));
-}
-
-// Each data type gets its class, by description or by type alone, and the text unchanged; only
-// automatically typed items read the keyword map, keyword items read the description's keywords.
-TEST(ItemFactory, BuildsTheClassOfTheDataTypeFromUnchangedText) {
-    const std::tuple<int, const char*, std::string> cases[] = {
-        {0, " 5 ", "0 int Name=5 5 0 -1 (0,0,0) [] {0;}"},
-        {1, "0.5", "1 real Name=0.5 0 0.5 -1 (0,0,0) [] {0;}"},
-        {2, " 1,2,3 ", "2367 auto Name=1,2,3 0 0 -1 (1,2,3) [1;2;3;] {1;2;3;}"},
-        {3, " aBc ", "3 string Name= ABC  0 0 -1 (0,0,0) [] {0;}"},
-        {4, " aBc ", "3 raw Name= aBc  0 0 -1 (0,0,0) [] {0;}"},
-        {8, "combine", "379 auto Name=COMBINE 0 0 87 (0,0,0) [COMBINE;] {}"},
-        {9, "nod", "039 enum Name=NOD 3 0 3 (0,0,0) [] {0;}"},
-        {10, "combine", "379 auto Name=COMBINE 0 0 87 (0,0,0) [COMBINE;] {}"},
-        {-1, "1-5", "367 auto Name=1-5 0 0 -1 (0,0,0) [1-5;] {1;2;3;4;5;}"},
-    };
-    for (const auto& [type, text, expected] : cases) {
-        ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}, {"DENSITY", 1}}, "");
-        description.type = static_cast<DataType>(type);
-        EXPECT_EQ(Answers(*create("Name", text, description, Keywords())), expected);
-        if (type != 9) {
-            EXPECT_EQ(Answers(*create(static_cast<DataType>(type), "Name", text, Keywords())),
-                      expected);
-        }
-    }
-    EXPECT_FALSE(create(DataType::REFERENCE, "G", "G1", Keywords())->HasReference());
-}
-
-// Refusals of the built item pass through with its own texts; by type alone a keyword item has
-// no keywords and takes only the empty text.
-TEST(ItemFactory, RefusalsPassThroughWithTheItemsTexts) {
-    const std::tuple<DataType, const char*, std::string> cases[] = {
-        {DataType::INTEGER, "12abc",
-         "|%P|ZentuCmdEngine|ZentuCmdIntItem [] -14: The item TYPE has an invalid type. '12abc' "
-         "must be an integer value."},
-        {DataType::REAL, "1,5",
-         "|%P|ZentuCmdEngine|ZentuCmdScalarItem [] -14: The item TYPE has an invalid type. '1,5' "
-         "must be a scalar value."},
-        {DataType::ENUM, "yes",
-         "|%P|ZentuCmdEngine|ZentuCmdEnumItem [] -14: The value \"yes\" is not allowed for item "
-         "TYPE.\nValid options are: \n"},
-    };
-    for (const auto& [type, text, expected] : cases) {
-        EXPECT_EQ(FailureLine(FailureOf([&] { create(type, "TYPE", text, Keywords()); })),
-                  expected);
-    }
-    EXPECT_EQ(Answers(*create(DataType::ENUM, "TYPE", "", Keywords())),
-              "039 enum TYPE= -1 0 -1 (0,0,0) [] {0;}");
-    const ZentuCmdItemMetaData description(CmdItem::TYPE, {{"NODAL", 3}}, "");
-    EXPECT_EQ(FailureOf([&] { create("TYPE", "COMBINE", description, Keywords()); }).GetMessage(),
-              "The value \"COMBINE\" is not allowed for item TYPE.\nValid options are: \nNODAL");
 }
 
 // Default items read the default of their type: numbers from the numeric default, everything

@@ -78,14 +78,7 @@ TEST(ParOutput, WritesTheExactLayout) {
     const zentu_test::ScratchDir dir("zentu_par_output_");
     Writer((dir.Path() / "job.par").wstring(), container).Write(L"w");
     EXPECT_EQ(Read(dir.Path() / "job.par"),
-              "\nMODEL_INPUT\nEND_\n\nGROUP_DEF\n  ID_NAME = G1\nEND_\n\n"
-              "GROUP_DEF\n  ADD_FILE\n  A.DAT\nB.DAT, C\n  GROUP\n  1-5\n  ONE\n  5\n"
-              "  DESCRIPTION = LINE\nBREAK\nEND_\n\n"
-              "dv_topo\nEND_\n\nDV\n  ID_NAME = SECOND\nEND_\n\n"
-              "DRESP\n  ID_NAME = R1\n  type = DISP_ABS\n  GROUP = B\n  GROUP = A\n"
-              "  PLACEHOLDER = LAST\nEND_\n\n"
-              "OPT_PARAM\n  GROUP = G1\n  N = -3\n  R = 0.1\n  RAW = 5%s %d\n  E = NOD\n"
-              "  AUTO = 2.5\n  Q = '1,2'\nEND_\n\nUNKNOWN_CMD\nEND_\n\n\n");
+              Read(fs::path(ZENTU_TESTS_DIR) / "engine" / "cases" / "exact_layout.par"));
 }
 
 // A host's own format: every text of the base's algorithm is recognisable in the file.
