@@ -2,22 +2,12 @@
 // configured sequence of rules with its configuration failure.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "KPL_Failure.h"
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
-#include "ZentuCmdDefs.h"
 #include "ZentuCmdIoConfig.h"
-#include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
-
 #include "engine_test_support.h"
 
 namespace {

@@ -2,22 +2,10 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
-#include <memory>
 #include <sstream>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
 
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerIterator.h"
-#include "ZentuCmdDefs.h"
-#include "ZentuCmdItemDefs.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdReferenceItem.h"
 #include "engine_test_support.h"
 
 namespace {

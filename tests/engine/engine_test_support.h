@@ -1,8 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -26,6 +28,7 @@
 #include "ZentuCmdReferenceItem.h"
 #include "ZentuCmdScalarItem.h"
 #include "ZentuCmdStringItem.h"
+#include "zentu_test_cases.h"
 
 namespace zentu_test {
 
@@ -211,6 +214,27 @@ inline std::vector<std::string> CmdLines(const ZentuCmdContainer& container, boo
     std::vector<std::string> lines;
     for (const ZentuCmd& cmd : container) {
         lines.push_back(CmdLine(cmd, asRead));
+    }
+    return lines;
+}
+
+// The position of name in a table of names, such as the library's names of kinds and types.
+template <typename Names>
+std::size_t IndexOf(const Names& names, const std::string& name) {
+    const auto found = std::find(std::begin(names), std::end(names), name);
+    if (found == std::end(names)) {
+        throw std::invalid_argument("no such name: " + name);
+    }
+    return static_cast<std::size_t>(found - std::begin(names));
+}
+
+// The lines of a case file's field, in which "-" stands for none.
+inline std::vector<std::string> FieldLines(const std::string& field) {
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; field != "-" && begin <= field.size();) {
+        const std::size_t end = std::min(field.find('\n', begin), field.size());
+        lines.push_back(field.substr(begin, end - begin));
+        begin = end + 1;
     }
     return lines;
 }

@@ -2,16 +2,9 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
-#include <string>
 #include <tuple>
-#include <vector>
 
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
-#include "ZentuCmdDefs.h"
-#include "ZentuCmdItemDefs.h"
 #include "engine_test_support.h"
 
 namespace {
