@@ -32,8 +32,7 @@
 
 namespace zentu_test {
 
-// Scoped enumerations print as raw bytes in assertion messages; comparing their values prints
-// numbers instead.
+// A scoped enumeration's value, which assertion messages print as a number.
 template <typename Enum>
 constexpr std::int64_t ToInt(Enum value) {
     return static_cast<std::int64_t>(static_cast<std::underlying_type_t<Enum>>(value));
@@ -89,10 +88,8 @@ enum Reading : unsigned {
     kReference = 1U << 7,
 };
 
-// A host-defined item whose readings the test chooses. It records every command offered to it
-// through AddReference (in its own list and, optionally, in a log shared by several probes) and
-// can report its own destruction, so tests observe what the command model does to items without
-// relying on the engine's item classes.
+// A host-defined item with chosen readings that records the commands offered to it and can report
+// its destruction, so tests observe what the command model does to items of any class.
 class ProbeItem final : public ZentuCmdItem {
   public:
     ProbeItem(const std::string& name, std::string text, unsigned readings = kString)
@@ -143,8 +140,7 @@ class ProbeItem final : public ZentuCmdItem {
         }
     }
 
-    // The copy answers alike but watches and logs nothing, so an observer set on the original
-    // only ever hears about the original.
+    // The copy answers alike but watches and logs nothing.
     std::unique_ptr<ZentuCmdItem> Clone() const override {
         auto copy = std::make_unique<ProbeItem>(*this);
         copy->destroyed_ = nullptr;
@@ -166,9 +162,7 @@ class ProbeItem final : public ZentuCmdItem {
     std::vector<std::string>* log_ = nullptr;
 };
 
-// Appends probe to the items of kind and returns the item that the command now holds. Throws
-// (which fails the calling test) when the command did not keep it, so a test never goes on
-// with a dangling probe.
+// Appends probe to the items of kind and returns it; throws when the command did not keep it.
 inline ProbeItem& Attach(ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem kind,
                          std::unique_ptr<ProbeItem> probe) {
     const std::size_t position = cmd.Items(kind).size();
@@ -257,8 +251,7 @@ inline std::string FailureLine(const KPL_Exception& failure) {
     return failure.GetCause() == nullptr ? line : line + " <- " + FailureLine(*failure.GetCause());
 }
 
-// Collects every message logged while it lives, at warning verbosity; the handler and the
-// verbosity in force before are put back when it goes.
+// Collects every message logged at warning verbosity while it lives, then restores the logger.
 class LogCollector {
   public:
     struct Line {
@@ -295,8 +288,7 @@ class LogCollector {
     int previousVerbosity_;
 };
 
-// A fresh folder of its own under the system's temporary one, removed with all it holds when it
-// goes; random names keep test programs that run at the same time apart.
+// A fresh temporary folder under a random name, removed with all it holds when it goes.
 class ScratchDir {
   public:
     explicit ScratchDir(const std::string& prefix)
