@@ -13,7 +13,6 @@
 namespace {
 
 using zentu_test::CmdLines;
-using zentu_test::FailureLine;
 using zentu_test::FailureOf;
 namespace fs = std::filesystem;
 using ZentuCmdDefs::Cmd;
@@ -148,7 +147,7 @@ TEST_F(ParFileAdapterTest, ARefusedItemEndsReadingWithAFailureThatCarriesTheRefu
             WriteFile("GROUP_DEF\n  ID_NAME = g1\nEND_\nDV\n  ID_NAME = d1\n  GROUP = d2\nEND_\n" +
                       c.fields[0] + "  DESCRIPTION = kept\n" + c.fields[1] +
                       "\n  VALUE = 3\nEND_\nDRESP\n  ID_NAME = r1\nEND_\n");
-        EXPECT_EQ(FailureLine(FailureOf([&] { Parse(path, container); })),
+        EXPECT_EQ(zentu_test::FailureLine(FailureOf([&] { Parse(path, container); })),
                   std::string(kAdapterTag) + " [] -14: " + c.fields[2] + " <- " + c.fields[4] +
                       " [] -14: " + c.fields[3]);
         EXPECT_EQ(
