@@ -2,22 +2,12 @@
 // configured sequence of rules with its configuration failure.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "KPL_Failure.h"
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
-#include "ZentuCmdDefs.h"
 #include "ZentuCmdIoConfig.h"
-#include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
-
 #include "engine_test_support.h"
 
 namespace {
@@ -164,46 +154,38 @@ TEST_F(RuleEngineTest, CreatesAMissingCommandOnlyWhenAskedAndThenWithoutDefaultI
 
 // A command whose description a per-command rule cannot find stops all rules from it on.
 TEST_F(RuleEngineTest, FailsWithTheConfigurationFailureAndRunsNoLaterRule) {
-    const struct {
-        Cmd kind;
-        std::string name;  // empty: no command, the rule creates it
-        std::vector<std::pair<const char*, Cmd>> descriptions;
-    } cases[] = {
-        {Cmd::DV, "DV", {}},
-        {Cmd::DV, "DV", {{"DV", Cmd::DRESP}}},
-        {Cmd::DV, "dv", {{"DV", Cmd::DV}}},
-        {Cmd::DV, "DV_TOPO", {{"DV", Cmd::DV}}},
-        {Cmd::CMD_PLACEHOLDER, "FOO", {{"DV", Cmd::DV}}},
-        {Cmd::DRESP, "", {{"DRESP_X", Cmd::DRESP}}},
-    };
-    for (const auto& c : cases) {
-        const std::string name = c.name.empty() ? "DRESP" : c.name;
-        SCOPED_TRACE(name);
+    for (const auto& c : zentu_test::DataCases("engine/cases/rules_missing_configuration.txt", 3)) {
+        SCOPED_TRACE(c.where);
+        const auto kindOf = [](const std::string& name) {
+            return static_cast<Cmd>(zentu_test::IndexOf(ZentuCmdDefs::CMD_NAMES, name));
+        };
+        const Cmd kind = kindOf(c.fields[0]);
+        const bool created = c.fields[1] == "-";
+        const std::string name = created ? "DRESP" : c.fields[1];
         container_ = ZentuCmdContainer();
         config_ = ZentuCmdIoConfig();
         visits_.clear();
         log_.clear();
-        for (const auto& [keyword, kind] : c.descriptions) {
-            Describe(keyword, kind);
+        for (const std::string& description : zentu_test::FieldLines(c.fields[2])) {
+            const std::size_t blank = description.find(' ');
+            Describe(description.substr(0, blank), kindOf(description.substr(blank + 1)));
         }
-        if (!c.name.empty()) {
-            container_.CreateCommand(c.kind, c.name, "c1");
+        if (!created) {
+            container_.CreateCommand(kind, name, "c1");
         }
         AddLoggingRule<BEFORE>();
-        AddVisitingRule(c.kind, c.name.empty());
+        AddVisitingRule(kind, created);
         AddLoggingRule<AFTER>();
 
         EXPECT_EQ(ApplyFailure(),
                   "|%P|ZentuJobDefinition|ZentuCmdContainerRules [202810221842] -1: "
                   "Configuration for " +
-                      name + " of type " + std::to_string(zentu_test::ToInt(c.kind)) +
+                      name + " of type " + std::to_string(zentu_test::ToInt(kind)) +
                       " not available.");
         EXPECT_EQ(log_, Lines{"before"});
         EXPECT_TRUE(visits_.empty());
-        const std::string id = c.name.empty() ? "__DEFAULT_DRESP" : "C1";
-        EXPECT_EQ(CmdLines(container_),
-                  Lines{name + "@" + ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(c.kind)] +
-                        " ID_NAME:ID_NAME=" + id + "/string"});
+        EXPECT_EQ(CmdLines(container_), Lines{name + "@" + c.fields[0] + " ID_NAME:ID_NAME=" +
+                                              (created ? "__DEFAULT_DRESP" : "C1") + "/string"});
     }
 }
 

@@ -2,22 +2,11 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <iterator>
-#include <memory>
+#include <map>
 #include <sstream>
-#include <string>
-#include <type_traits>
-#include <utility>
-#include <vector>
 
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerIterator.h"
-#include "ZentuCmdDefs.h"
-#include "ZentuCmdItemDefs.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdReferenceItem.h"
 #include "engine_test_support.h"
 
 namespace {
@@ -303,13 +292,6 @@ TEST(ContainerMove, TakesEveryCommandAndEmptiesTheSource) {
 
 // Reference resolution ------------------------------------------------------------------------
 
-struct KeyCase {
-    std::string text;
-    const ZentuCmd* boundTo;  // null for none
-    unsigned readings = zentu_test::kString;
-    std::vector<std::string> list = {};
-};
-
 // Binding follows container order and the first identifier only, with a list keyed by its head.
 TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIdentifier) {
     ZentuCmdContainer container;
@@ -335,28 +317,18 @@ TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIde
     self.AddItem(CmdItem::DRESP, withoutId);
     // An automatically typed list is keyed by its first part, trimmed.
     self.AddAutoItem(CmdItem::VALUE, "VALUE", "G1 , OTHER", {});
-    // The last eight: a list of more than one text is keyed by its first.
-    const std::vector<KeyCase> cases = {{"G1", &upperG1},
-                                        {"", nullptr},
-                                        {"g1", &lowerG1},
-                                        {"G1 ", nullptr},
-                                        {"G2", nullptr},
-                                        {"SHARED", &shared},
-                                        {"FIRST", &twoIds},
-                                        {"SECOND", nullptr},
-                                        {"D1", &self},
-                                        {"OTHER", &upperG1, kListed, {"G1", "OTHER"}},
-                                        {"G1", &other, kListed, {"OTHER", "G1"}},
-                                        {"", &upperG1, kListed, {"G1", "OTHER", "SHARED"}},
-                                        {"G1", nullptr, kListed, {"NONE", "G1"}},
-                                        {"OTHER", &other, kListed, {"G1"}},
-                                        {"G1", &upperG1, kListed, {}},
-                                        {"OTHER", &other, zentu_test::kString, {"G1", "OTHER"}},
-                                        {"G1", &upperG1, zentu_test::kNoReading}};
+    const std::map<std::string, const ZentuCmd*> targets = {
+        {"-", nullptr},       {"upper G1", &upperG1}, {"lower g1", &lowerG1}, {"shared", &shared},
+        {"two ids", &twoIds}, {"self", &self},        {"other", &other}};
+    const auto cases = zentu_test::DataCases("engine/cases/reference_keys.txt", 4);
     std::vector<ProbeItem*> probes;
-    for (const KeyCase& key : cases) {
-        auto probe = std::make_unique<ProbeItem>("P", key.text, key.readings);
-        probe->WithList(key.list);
+    for (const auto& c : cases) {
+        const unsigned readings = c.fields[2] == "list"   ? kListed
+                                  : c.fields[2] == "text" ? zentu_test::kString
+                                                          : zentu_test::kNoReading;
+        auto probe =
+            std::make_unique<ProbeItem>("P", c.fields[0] == "-" ? "" : c.fields[0], readings);
+        probe->WithList(zentu_test::FieldLines(c.fields[3]));
         probes.push_back(&Attach(self, CmdItem::TARGET, std::move(probe)));
     }
     const std::string before = Snapshot(container);
@@ -364,8 +336,9 @@ TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIde
     container.CreateReferences();
 
     for (std::size_t i = 0; i < cases.size(); ++i) {
-        const Cmds expected = cases[i].boundTo == nullptr ? Cmds{} : Cmds{cases[i].boundTo};
-        EXPECT_EQ(probes[i]->Offers(), expected) << i << ": \"" << cases[i].text << '"';
+        const ZentuCmd* boundTo = targets.at(cases[i].fields[1]);
+        EXPECT_EQ(probes[i]->Offers(), boundTo == nullptr ? Cmds{} : Cmds{boundTo})
+            << cases[i].where;
     }
     for (const ProbeItem* id : ids) {
         EXPECT_TRUE(id->Offers().empty());

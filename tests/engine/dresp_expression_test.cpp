@@ -1,37 +1,17 @@
 // The design-response expression rule: hand-derived expressions, unusual command setups, bad
 // input, and the road from a parameter file through the rule to the written file.
-//
-// Each table row lists the reductions of its postfix form: P a number times a reference, G a
-// number times a group, which first closes the group into a generated command, the joins A (two
-// groups), B (zero under a group), C1 (reference under a group), C2 (group under a reference),
-// C3 (zero under a reference) and C4 (two references), and "none" where nothing applies.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <fstream>
 #include <iomanip>
-#include <memory>
-#include <ostream>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "KPL_Failure.h"
-#include "ZentuCmd.h"
-#include "ZentuCmdAutoItem.h"
-#include "ZentuCmdContainer.h"
-#include "ZentuCmdDefs.h"
 #include "ZentuCmdIoConfig.h"
-#include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuCmdParOutput.h"
-#include "ZentuCmdRawStringItem.h"
-#include "ZentuCmdReferenceItem.h"
-#include "ZentuCmdScalarItem.h"
 #include "ZentuDrespExpressionParser.h"
 #include "ZentuMathExpressions.h"
 #include "ZentuParFileAdapter.h"
@@ -40,12 +20,9 @@
 namespace {
 
 namespace Expr = ZentuMathExpressions;
-using ::testing::HasSubstr;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
-using ZentuCmdItemDefs::EnumValue;
-using ZentuCmdItemDefs::KeywordMap;
 using Lines = std::vector<std::string>;
 
 // Generated commands are stored under the upper-case form of the name the rule builds.
@@ -79,7 +56,7 @@ std::string Appended(const ZentuCmdContainer& container, const ZentuCmd& cmd,
     for (std::size_t k = kept; k < types.size(); ++k) {
         const auto* type = dynamic_cast<const ZentuCmdAutoItem*>(types[k].get());
         out << (type != nullptr && type->GetName() == "TYPE" && type->GetString() == "COMBINE" &&
-                        type->GetEnum() == EnumValue::COMBINE
+                        type->GetEnum() == ZentuCmdItemDefs::EnumValue::COMBINE
                     ? "COMBINE"
                     : "?");
     }
@@ -135,108 +112,32 @@ class DrespExpressionTest : public ::testing::Test {
     }
 
     ZentuCmdContainer container_;
-    const KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
+    const ZentuCmdItemDefs::KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
 };
 
-struct ExpressionCase {
-    const char* label;
-    std::string expression;
-    std::string appended;
-    std::vector<std::pair<std::string, std::string>> generated;  // id and appended, in order
-};
-
-void PrintTo(const ExpressionCase& c, std::ostream* out) {
-    *out << '"' << c.expression << '"';
-}
-
-std::vector<ExpressionCase> HandDerivedCases() {
-    const std::string sumABC = "_DRESPEXPR_+1*%A%+1*%B%+1*%C%_";
-    const std::string cLess2A = "_DRESPEXPR_+1*%C%+-2*%A%_";
-    const std::string joined = "_DRESPEXPR_+2*%A%+3*%B%+4*%C%_";
-    const std::string less2APlusB = "_DRESPEXPR_+-2*%A%+1*%B%_";
-    const std::string negA = "_DRESPEXPR_+-1*%A%_";
-    const std::string twiceA = "_DRESPEXPR_+2*%A%_";
-    // A generated name inside another keeps its own closing underscore.
-    const std::string twiceSum = "_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%__";
-    const std::string twiceSumPlusC = "_DRESPEXPR_+2*_DRESPEXPR_+1*%A%+1*%B%_+1*%C%_";
-    const std::string halfALessB = "_DRESPEXPR_+0.5*%A%+-1*%B%_";
-    const std::pair<std::string, std::string> sumAB = {kSumAB, "COMBINE 1*A 1*B"};
-    // clang-format off
-    return {
-        {"WorkedProductsJoinedByPlus", "2*%A% + 3*%B%", "COMBINE 2*A 3*B", {}},  // P, P, A
-        {"WorkedProductsJoinedByMinus", "2*%A% - 3*%B%", "COMBINE 2*A -3*B", {}},  // P, P, A
-        {"WorkedReferencesJoinedByPlus", "%A% + %B%", "COMBINE 1*A 1*B", {}},  // C4
-        {"WorkedReferencesJoinedByMinus", "%A% - %B%", "COMBINE 1*A -1*B", {}},  // C4
-        {"WorkedGroupTimesNumber", "(%A% + %B%)*2", "COMBINE 2*" + kSumAB, {sumAB}},  // C4, G
-        {"NumberTimesGroup", "2*(%A% + %B%)", "COMBINE 2*" + kSumAB, {sumAB}},  // C4, G with the number below
-        {"ThreeReferences", "%A% + %B% + %C%", "COMBINE 1*A 1*B 1*C", {}},  // C4, C2
-        {"GroupOfThreeTimesNumber", "(%A% + %B% + %C%)*2", "COMBINE 2*" + sumABC, {{sumABC, "COMBINE 1*A 1*B 1*C"}}},  // C4, C2, G
-        {"NumberTimesReference", "2*%A%", "COMBINE 2*A", {}},  // P
-        {"ReferenceTimesNumber", "%A%*2", "COMBINE 2*A", {}},  // P with the number on top
-        {"ProductsOnBothSidesWithSubtraction", "%A% - 2*%B% + %C%*3", "COMBINE 1*A -2*B 3*C", {}},  // P, C1, P, A
-        {"LeadingMinus", "-%A% + %B%", "COMBINE -1*A 1*B", {}},  // C3, C2
-        {"LeadingMinusOfProduct", "-2*%A%", "COMBINE -2*A", {}},  // P, B
-        {"NegatedNegation", "%A% - (-%B%)", "COMBINE 1*A 1*B", {}},  // C3, C1
-        {"TinyNumberCountsAsZero", "1e-17 - %A%", "COMBINE -1*A", {}},  // C3
-        {"SmallestNonZeroNumber", "1e-16 - %A%", "", {}},  // none
-        {"ZeroFactor", "0*%A% + %B%", "COMBINE 0*A 1*B", {}},  // P, C2
-        {"SubtractedZero", "%A% - 0", "", {}},  // none: a zero over a reference
-        {"LoneReference", "%A%", "", {}},  // no operator
-        {"ProductOfTwoNumbers", "2*3", "", {}},  // none
-        {"NumbersBeforeReference", "2*3*%A%", "COMBINE 3*A", {}},  // none, P
-        // C1 puts the reference before the group's last term, which alone takes the sign.
-        {"SubtractedGroup", "%C% - (%A% + %B%)", "COMBINE 1*A 1*C -1*B", {}},  // C4, C1
-        {"SubtractedGroupTimesNumber", "%C% - (%A% + %B%)*2", "COMBINE 1*C -2*" + kSumAB, {sumAB}},  // C4, G, C1
-        {"GroupWithSubtractedProduct", "(%C% - 2*%A%)*3", "COMBINE 3*" + cLess2A, {{cLess2A, "COMBINE 1*C -2*A"}}},  // P, C1, G
-        {"GroupOfJoinedProducts", "(2*%A% + (3*%B% + 4*%C%))*5", "COMBINE 5*" + joined, {{joined, "COMBINE 2*A 3*B 4*C"}}},  // P, P, P, A, A, G
-        {"GroupAfterZeroUnderMarker", "(-2*%A% + %B%)*3", "COMBINE 3*" + less2APlusB, {{less2APlusB, "COMBINE -2*A 1*B"}}},  // P, B, C2, G
-        {"NegatedReferenceTimesNumber", "(-%A%)*2", "COMBINE 2*" + negA, {{negA, "COMBINE -1*A"}}},  // C3, G
-        {"NumberTimesProduct", "3*(2*%A%)", "COMBINE 3*" + twiceA, {{twiceA, "COMBINE 2*A"}}},  // P, G with the number below
-        {"GroupTimesNumberTimesNumber", "((%A% + %B%)*2)*3", "COMBINE 3*" + twiceSum, {sumAB, {twiceSum, "COMBINE 2*" + kSumAB}}},  // C4, G, G
-        {"NestedGroups", "((%A% + %B%)*2 + %C%)*3", "COMBINE 3*" + twiceSumPlusC, {sumAB, {twiceSumPlusC, "COMBINE 2*" + kSumAB + " 1*C"}}},  // C4, G, C2, G
-        {"FractionalWeightInName", "(0.5*%A% - %B%)*4", "COMBINE 4*" + halfALessB, {{halfALessB, "COMBINE 0.5*A -1*B"}}},  // P, C2, G
-        {"SameGroupTwice", "(%A% + %B%)*2 + (%A% + %B%)*3", "COMBINE 2*" + kSumAB + " 3*" + kSumAB, {sumAB}},  // C4, G, C4, G finding the first, A
-        {"LowerCaseGroupFoundInUpperCase", "(%a% + %b%)*2 - (%A% + %B%)*3", "COMBINE 2*" + kSumAB + " -3*" + kSumAB, {sumAB}},  // C4, G, C4, G, A
-        {"LowerCaseReferences", "%a% + 2*%b%", "COMBINE 1*A 2*B", {}},  // P, C1
-        {"QuotientLeftOnTop", "%A%*0.5 - %B%/2", "", {}},  // P, none; no group on top at the end
-        {"GroupTimesReference", "(%A% + %B%)*%C%", "", {}},  // C4, none
-        {"MissingCommandsDropped", "%A% + %d9% - 2*%%", "COMBINE 1*A", {}},  // C4, P, A
-        {"AllTermsMissing", "%d9% + %%", "COMBINE", {}},  // C4
-        {"EmptyExpression", "", "", {}},  // no tokens
-        {"BlankExpression", "   ", "", {}},  // no tokens
-    };
-    // clang-format on
-}
-
-// DRESP A, B, C; d9, which no upper-case lookup finds; one without identifier, listed as %%; and
-// the OPERATOR P.
-class DrespExpressionTable : public DrespExpressionTest,
-                             public ::testing::WithParamInterface<ExpressionCase> {
-  protected:
-    DrespExpressionTable() {
+// Every reduction of the postfix form must give the weights and groups derived by hand, among
+// DRESP A, B, C; d9, which no upper-case lookup finds; and one without identifier, listed as %%.
+TEST_F(DrespExpressionTest, ExpandsIntoTheHandDerivedItems) {
+    const auto orNone = [](const std::string& field) { return field == "-" ? "" : field; };
+    for (const auto& c : zentu_test::DataCases("engine/cases/dresp_expressions.txt", 4)) {
+        SCOPED_TRACE(c.where);
+        container_ = ZentuCmdContainer();
         for (const char* id : {"A", "B", "C"}) {
             Dresp(id);
         }
         container_.CreateCommand(Cmd::DRESP, "DRESP")
             .AddItem(CmdItem::ID_NAME, std::make_unique<ZentuCmdRawStringItem>("ID_NAME", "d9"));
         container_.CreateCommand(Cmd::DRESP, "DRESP");
-        Operator("P", GetParam().expression);
+        Operator("P", orNone(c.fields[1]));
+        Run();
+        Lines expected = {"A: ", "B: ", "C: ", "d9: ", ": ", "P: " + orNone(c.fields[2])};
+        for (const std::string& line : zentu_test::FieldLines(c.fields[3])) {
+            expected.push_back(line);
+        }
+        EXPECT_EQ(Expansions(), expected);
+        EXPECT_TRUE(container_.GetCommand(Cmd::OPERATOR, 0).Items(CmdItem::ADD_FILE).empty());
     }
-};
-
-// Every reduction of the postfix form must give the weights and groups derived by hand.
-TEST_P(DrespExpressionTable, ExpandsIntoTheHandDerivedItems) {
-    Run();
-    Lines expected = {"A: ", "B: ", "C: ", "d9: ", ": ", "P: " + GetParam().appended};
-    for (const auto& [id, appended] : GetParam().generated) {
-        expected.push_back(id + ": " + appended);
-    }
-    EXPECT_EQ(Expansions(), expected);
-    EXPECT_TRUE(container_.GetCommand(Cmd::OPERATOR, 0).Items(CmdItem::ADD_FILE).empty());
 }
-
-INSTANTIATE_TEST_SUITE_P(HandDerived, DrespExpressionTable, ::testing::ValuesIn(HandDerivedCases()),
-                         [](const auto& info) { return std::string(info.param.label); });
 
 // A term names the first command under its identifier, a DRESP before an OPERATOR, and may name
 // another OPERATOR; a group is generated once, and not where a DRESP already holds its name.
@@ -341,44 +242,35 @@ TEST_F(DrespExpressionTest, TokenSequencesWithoutExpressionText) {
     EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
 }
 
-class DrespBadExpression : public DrespExpressionTest,
-                           public ::testing::WithParamInterface<std::string> {};
-
 // A bad expression fails with the parser's message, after earlier commands were expanded.
-TEST_P(DrespBadExpression, FailsAtItsCommandAndKeepsEarlierChanges) {
-    Dresp("A");
-    Dresp("B");
-    const ZentuCmd& before = Operator("P1", "%A% + %B%");
-    const ZentuCmd& failing = Operator("P2", GetParam());
-    const ZentuCmd& after = Operator("P3", "%A% - %B%");
-    try {
-        Run();
-        FAIL() << "the rule accepted the expression";
-    } catch (const KPL_Failure& failure) {
+TEST_F(DrespExpressionTest, ABadExpressionFailsAtItsCommandAndKeepsEarlierChanges) {
+    for (const std::string bad : {"%A% $ %B%", "%X% + %A%", "(%A% + %B%", "%A% + %B%)", "+",
+                                  "%A% +", "*%A%", "%A% + * %B%", "%A% %B%", "2*-%A%"}) {
+        SCOPED_TRACE(bad);
+        container_ = ZentuCmdContainer();
+        Dresp("A");
+        Dresp("B");
+        const ZentuCmd& before = Operator("P1", "%A% + %B%");
+        const ZentuCmd& failing = Operator("P2", bad);
+        const ZentuCmd& after = Operator("P3", "%A% - %B%");
+        const KPL_Failure failure = zentu_test::FailureOf([this] { Run(); });
         EXPECT_EQ(failure.GetTag(), "|%P|LIBUTIL|ZentuMathExpressions");
-        EXPECT_THAT(failure.GetMessage(), HasSubstr(GetParam()));
+        EXPECT_THAT(failure.GetMessage(), ::testing::HasSubstr(bad));
+        EXPECT_EQ(Appended(container_, before), "COMBINE 1*A 1*B");
+        EXPECT_TRUE(before.Items(CmdItem::ADD_FILE).empty());
+        for (const ZentuCmd* untouched : {&failing, &after}) {
+            ASSERT_EQ(untouched->Items(CmdItem::ADD_FILE).size(), 1U);
+            EXPECT_EQ(Appended(container_, *untouched), "");
+        }
+        EXPECT_EQ(failing.Items(CmdItem::ADD_FILE)[0]->GetString(), bad);
     }
-    EXPECT_EQ(Appended(container_, before), "COMBINE 1*A 1*B");
-    EXPECT_TRUE(before.Items(CmdItem::ADD_FILE).empty());
-    for (const ZentuCmd* untouched : {&failing, &after}) {
-        ASSERT_EQ(untouched->Items(CmdItem::ADD_FILE).size(), 1U);
-        EXPECT_EQ(Appended(container_, *untouched), "");
-    }
-    EXPECT_EQ(failing.Items(CmdItem::ADD_FILE)[0]->GetString(), GetParam());
 }
-
-INSTANTIATE_TEST_SUITE_P(Refused, DrespBadExpression,
-                         ::testing::Values("%A% $ %B%", "%X% + %A%", "(%A% + %B%", "%A% + %B%)",
-                                           "+", "%A% +", "*%A%", "%A% + * %B%", "%A% %B%",
-                                           "2*-%A%"));
 
 // References write the target's identifier, items go out grouped by kind, and a generated
 // command follows the OPERATOR commands already there; the DRESP commands come out unchanged.
 TEST(DrespExpressionRoad, ReadExpandedAndWritten) {
+    const std::string cases = std::string(ZENTU_TESTS_DIR) + "/engine/cases/";
     const zentu_test::ScratchDir dir("zentu_dresp_road_");
-    std::ofstream(dir.Path() / "job.par")
-        << "DRESP\n  ID_NAME = D1\nEND_\n\nDRESP\n  ID_NAME = D2\nEND_\n\n"
-        << "OPERATOR\n  ID_NAME = P1\n  ADD_FILE = (%D1% - %D2%)*2\nEND_\n";
     const ZentuCmdItemMetaData text(CmdItem::ID_NAME, DataType::STRING, "", "", 0);
     const ZentuCmdItemMetaData expression(CmdItem::ADD_FILE, DataType::STRING, "", "", 0);
     ZentuCmdIoConfig config;
@@ -388,19 +280,17 @@ TEST(DrespExpressionRoad, ReadExpandedAndWritten) {
         .AddItem({"ADD_FILE", expression});
     config.AddRule(&ZentuDrespExpressionParser::dresp_expression_rule);
     ZentuCmdContainer container;
-    ZentuParFileAdapter((dir.Path() / "job.par").wstring(), std::move(config)).Parse(container);
+    ZentuParFileAdapter(std::filesystem::path(cases + "dresp_road.par").wstring(),
+                        std::move(config))
+        .Parse(container);
     ZentuCmdParOutput((dir.Path() / "written.par").wstring(), container,
                       ZentuCmdDefs::get_default_cmd_names(), ZentuCmdItemDefs::CMD_ITEM_NAMES)
         .Write(L"w");
     std::ostringstream written;
+    std::ostringstream expected;
     written << std::ifstream(dir.Path() / "written.par").rdbuf();
-    const std::string generated = "_DRESPEXPR_+1*%D1%+-1*%D2%_";
-    EXPECT_EQ(written.str(),
-              "\nDRESP\n  ID_NAME = D1\nEND_\n\nDRESP\n  ID_NAME = D2\nEND_\n\n"
-              "OPERATOR\n  ID_NAME = P1\n  TYPE = COMBINE\n  VARIABLE = " +
-                  generated + "\n  WEIGHT = 2\nEND_\n\nOPERATOR\n  ID_NAME = " + generated +
-                  "\n  TYPE = COMBINE\n  VARIABLE = D1\n  VARIABLE = D2\n  WEIGHT = 1\n"
-                  "  WEIGHT = -1\nEND_\n\n\n");
+    expected << std::ifstream(cases + "dresp_road_written.par").rdbuf();
+    EXPECT_EQ(written.str(), expected.str());
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -26,11 +28,11 @@
 #include "ZentuCmdReferenceItem.h"
 #include "ZentuCmdScalarItem.h"
 #include "ZentuCmdStringItem.h"
+#include "zentu_test_cases.h"
 
 namespace zentu_test {
 
-// Scoped enumerations print as raw bytes in assertion messages; comparing their values prints
-// numbers instead.
+// A scoped enumeration's value, which assertion messages print as a number.
 template <typename Enum>
 constexpr std::int64_t ToInt(Enum value) {
     return static_cast<std::int64_t>(static_cast<std::underlying_type_t<Enum>>(value));
@@ -86,10 +88,8 @@ enum Reading : unsigned {
     kReference = 1U << 7,
 };
 
-// A host-defined item whose readings the test chooses. It records every command offered to it
-// through AddReference (in its own list and, optionally, in a log shared by several probes) and
-// can report its own destruction, so tests observe what the command model does to items without
-// relying on the engine's item classes.
+// A host-defined item with chosen readings that records the commands offered to it and can report
+// its destruction, so tests observe what the command model does to items of any class.
 class ProbeItem final : public ZentuCmdItem {
   public:
     ProbeItem(const std::string& name, std::string text, unsigned readings = kString)
@@ -140,8 +140,7 @@ class ProbeItem final : public ZentuCmdItem {
         }
     }
 
-    // The copy answers alike but watches and logs nothing, so an observer set on the original
-    // only ever hears about the original.
+    // The copy answers alike but watches and logs nothing.
     std::unique_ptr<ZentuCmdItem> Clone() const override {
         auto copy = std::make_unique<ProbeItem>(*this);
         copy->destroyed_ = nullptr;
@@ -163,9 +162,7 @@ class ProbeItem final : public ZentuCmdItem {
     std::vector<std::string>* log_ = nullptr;
 };
 
-// Appends probe to the items of kind and returns the item that the command now holds. Throws
-// (which fails the calling test) when the command did not keep it, so a test never goes on
-// with a dangling probe.
+// Appends probe to the items of kind and returns it; throws when the command did not keep it.
 inline ProbeItem& Attach(ZentuCmd& cmd, ZentuCmdItemDefs::CmdItem kind,
                          std::unique_ptr<ProbeItem> probe) {
     const std::size_t position = cmd.Items(kind).size();
@@ -215,6 +212,27 @@ inline std::vector<std::string> CmdLines(const ZentuCmdContainer& container, boo
     return lines;
 }
 
+// The position of name in a table of names, such as the library's names of kinds and types.
+template <typename Names>
+std::size_t IndexOf(const Names& names, const std::string& name) {
+    const auto found = std::find(std::begin(names), std::end(names), name);
+    if (found == std::end(names)) {
+        throw std::invalid_argument("no such name: " + name);
+    }
+    return static_cast<std::size_t>(found - std::begin(names));
+}
+
+// The lines of a case file's field, in which "-" stands for none.
+inline std::vector<std::string> FieldLines(const std::string& field) {
+    std::vector<std::string> lines;
+    for (std::size_t begin = 0; field != "-" && begin <= field.size();) {
+        const std::size_t end = std::min(field.find('\n', begin), field.size());
+        lines.push_back(field.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
 // The failure that action ends in. Throws (which fails the calling test) when it ends without.
 template <typename Action>
 KPL_Failure FailureOf(Action&& action) {
@@ -233,8 +251,7 @@ inline std::string FailureLine(const KPL_Exception& failure) {
     return failure.GetCause() == nullptr ? line : line + " <- " + FailureLine(*failure.GetCause());
 }
 
-// Collects every message logged while it lives, at warning verbosity; the handler and the
-// verbosity in force before are put back when it goes.
+// Collects every message logged at warning verbosity while it lives, then restores the logger.
 class LogCollector {
   public:
     struct Line {
@@ -271,8 +288,7 @@ class LogCollector {
     int previousVerbosity_;
 };
 
-// A fresh folder of its own under the system's temporary one, removed with all it holds when it
-// goes; random names keep test programs that run at the same time apart.
+// A fresh temporary folder under a random name, removed with all it holds when it goes.
 class ScratchDir {
   public:
     explicit ScratchDir(const std::string& prefix)

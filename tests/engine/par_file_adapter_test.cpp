@@ -2,29 +2,17 @@
 // what stays in the container when reading stops, the completion steps, and bad input.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <fstream>
-#include <string>
-#include <utility>
-#include <vector>
 
-#include "KPL_Failure.h"
-#include "KPL_LogMacros.h"
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
-#include "ZentuCmdDefs.h"
 #include "ZentuCmdIoConfig.h"
-#include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuParFileAdapter.h"
-
 #include "engine_test_support.h"
 
 namespace {
 
 using zentu_test::CmdLines;
-using zentu_test::FailureLine;
 using zentu_test::FailureOf;
 namespace fs = std::filesystem;
 using ZentuCmdDefs::Cmd;
@@ -140,79 +128,32 @@ TEST_F(ParFileAdapterTest, TypesEveryItemByItsDescriptionUnderItsUpperCaseNameFr
 
 // An item the schema does not describe is reported with its command's keyword and identifier.
 TEST_F(ParFileAdapterTest, WarnsOfAnUndescribedItemAndDropsItAndReadsOn) {
-    const struct {
-        const char* file;
-        Lines warnings;
-        std::string read;
-    } cases[] = {
-        {"DV\n  ID_NAME = D1\n  foo = 1\n  VALUE = 2\nEND_\n",
-         {"Unknown item 'FOO' found in command DV with ID_NAME D1."},
-         "DV@DV ID_NAME:ID_NAME=D1/string VALUE:VALUE=2/int" + kIterMax},
-        {"dv\n  Id_Name = d1\n  foo = 1\nEND_\n",  // keyword and identifier as written
-         {"Unknown item 'FOO' found in command dv with ID_NAME d1."},
-         "dv@DV ID_NAME:ID_NAME=D1/string" + kIterMax},
-        {"DV\n  foo = 1\nEND_\n", {"Unknown item 'FOO' found in command DV."}, "DV@DV" + kIterMax},
-        {"DV\n  ID_NAME = D1\n  DV = D1\nEND_\n",  // described for another kind only
-         {"Unknown item 'DV' found in command DV with ID_NAME D1."},
-         "DV@DV ID_NAME:ID_NAME=D1/string" + kIterMax},
-        {"DV\n  note = x\nEND_\n",
-         {"Unknown item 'NOTE' found in command DV."},
-         "DV@DV" + kIterMax},
-        {"FooCmd\n  ID_NAME = x1\n  type = a\n  = 3\nEND_\n",
-         {"Unknown item 'ID_NAME' found in command FooCmd with ID_NAME x1.",
-          "Unknown item 'TYPE' found in command FooCmd with ID_NAME x1."},
-         "FooCmd@CMD_PLACEHOLDER"},
-        {"DV\n  = 5\n  ID_NAME = D1\nEND_\n", {}, "DV@DV ID_NAME:ID_NAME=D1/string" + kIterMax},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.file);
-        EXPECT_EQ(Read(c.file), Lines{c.read});
-        EXPECT_EQ(Warnings(), c.warnings);
+    for (const auto& c : zentu_test::DataCases("engine/cases/par_unknown_items.txt", 3)) {
+        SCOPED_TRACE(c.where);
+        EXPECT_EQ(Read(c.fields[0]), Lines{c.fields[2]});
+        EXPECT_EQ(Warnings(), zentu_test::FieldLines(c.fields[1]));
     }
 }
 
 // The refusing command stands between commands read before and after it, one of which names it,
 // under default commands and a rule, so that every completion step that must not happen shows.
 TEST_F(ParFileAdapterTest, ARefusedItemEndsReadingWithAFailureThatCarriesTheRefusal) {
-    const struct {
-        const char* command;
-        const char* refused;
-        const char* message;
-        const char* cause;
-        const char* causeTag;
-        const char* kept;
-    } cases[] = {
-        {"DV\n  ID_NAME = d2\n", "  value = 12abc",
-         "In command DV with ID_NAME d2, the creation of the item VALUE failed.",
-         "The item VALUE has an invalid type. '12abc' must be an integer value.",
-         "|%P|ZentuCmdEngine|ZentuCmdIntItem",
-         "DV@DV ID_NAME:ID_NAME=D2/string DESCRIPTION:DESCRIPTION=kept/raw"},
-        {"dv\n", "  MIN = 1.5x", "In command dv , the creation of the item MIN failed.",
-         "The item MIN has an invalid type. '1.5x' must be a scalar value.",
-         "|%P|ZentuCmdEngine|ZentuCmdScalarItem", "dv@DV DESCRIPTION:DESCRIPTION=kept/raw"},
-        {"DV\n  ID_NAME = d2\n", "  TYPE = size",
-         "In command DV with ID_NAME d2, the creation of the item TYPE failed.",
-         "The value \"size\" is not allowed for item TYPE.\nValid options are: \nSHAPE, TOPO",
-         "|%P|ZentuCmdEngine|ZentuCmdEnumItem",
-         "DV@DV ID_NAME:ID_NAME=D2/string DESCRIPTION:DESCRIPTION=kept/raw"},
-    };
     config_ = Schema(true);
     AddCountingRule();
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.refused);
+    for (const auto& c : zentu_test::DataCases("engine/cases/par_refused_items.txt", 6)) {
+        SCOPED_TRACE(c.where);
         ZentuCmdContainer container;
         const fs::path path =
-            WriteFile(std::string("GROUP_DEF\n  ID_NAME = g1\nEND_\nDV\n  ID_NAME = d1\n") +
-                      "  GROUP = d2\nEND_\n" + c.command + "  DESCRIPTION = kept\n" + c.refused +
+            WriteFile("GROUP_DEF\n  ID_NAME = g1\nEND_\nDV\n  ID_NAME = d1\n  GROUP = d2\nEND_\n" +
+                      c.fields[0] + "  DESCRIPTION = kept\n" + c.fields[1] +
                       "\n  VALUE = 3\nEND_\nDRESP\n  ID_NAME = r1\nEND_\n");
-
-        EXPECT_EQ(FailureLine(FailureOf([&] { Parse(path, container); })),
-                  std::string(kAdapterTag) + " [] -14: " + c.message + " <- " + c.causeTag +
-                      " [] -14: " + c.cause);
+        EXPECT_EQ(zentu_test::FailureLine(FailureOf([&] { Parse(path, container); })),
+                  std::string(kAdapterTag) + " [] -14: " + c.fields[2] + " <- " + c.fields[4] +
+                      " [] -14: " + c.fields[3]);
         EXPECT_EQ(
             CmdLines(container),
             (Lines{"GROUP_DEF@GROUP_DEF ID_NAME:ID_NAME=G1/string",
-                   "DV@DV ID_NAME:ID_NAME=D1/string GROUP:GROUP=D2/auto" + kIterMax, c.kept}));
+                   "DV@DV ID_NAME:ID_NAME=D1/string GROUP:GROUP=D2/auto" + kIterMax, c.fields[5]}));
     }
     EXPECT_EQ(rulesRun_, 0);
     EXPECT_EQ(Warnings(), Lines{});

@@ -2,29 +2,19 @@
 
 #include <cstddef>
 #include <functional>
-#include <memory>
-#include <string>
 #include <tuple>
-#include <vector>
 
-#include "ZentuCmd.h"
-#include "ZentuCmdContainer.h"
 #include "ZentuCmdContainerRules.h"
-#include "ZentuCmdDefs.h"
-#include "ZentuCmdItemDefs.h"
 #include "engine_test_support.h"
 
 namespace {
 
 namespace Rules = ZentuCmdContainerRules;
 using zentu_test::Identities;
-using zentu_test::ProbeItem;
-using zentu_test::ToInt;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuCmdItemDefs::DataType;
 using ZentuCmdItemDefs::EnumValue;
-using ZentuCmdItemDefs::KeywordMap;
 using Texts = std::vector<std::string>;
 
 // Items as "class name=text" (a reference's text names its target): hosts rely on the class.
@@ -41,11 +31,12 @@ class RuleFunctionTest : public ::testing::Test {
   protected:
     // Rules find their targets by identifier, so every command gets one.
     ZentuCmd& Command(Cmd kind, const std::string& id) {
-        return container_.CreateCommand(kind, ZentuCmdDefs::CMD_NAMES.at(ToInt(kind)), id);
+        return container_.CreateCommand(kind, ZentuCmdDefs::CMD_NAMES.at(zentu_test::ToInt(kind)),
+                                        id);
     }
 
     ZentuCmdContainer container_;
-    const KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
+    const ZentuCmdItemDefs::KeywordMap keywords_ = ZentuCmdItemDefs::create_enum_map();
 };
 
 // Each rule adds its one item, and since rules run again on every read, a second run or a kind
@@ -141,8 +132,9 @@ TEST_F(RuleFunctionTest, AddValueIfEnumPresentLooksOnlyAtTheFirstItemOfTheKind) 
 class RuleCopyTypeToCmd : public RuleFunctionTest {
   protected:
     RuleCopyTypeToCmd() {
-        zentu_test::Attach(source_, CmdItem::DRESP,
-                           std::make_unique<ProbeItem>("CLAIM", "X", zentu_test::kReference));
+        zentu_test::Attach(
+            source_, CmdItem::DRESP,
+            std::make_unique<zentu_test::ProbeItem>("CLAIM", "X", zentu_test::kReference));
         source_.AddAutoItem(CmdItem::DRESP, "UNBOUND", keywords_);
         source_.AddItem(CmdItem::DRESP, Command(Cmd::DRESP, "BARE"));
         source_.AddItem(CmdItem::DRESP, Response("TEXT", {"abc"}));
