@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -76,10 +77,7 @@ TEST(JobDocument, ReadsAFileAsItsTextAndAnUnreadableOneAsAnIoFinding) {
     const auto cases = zentu_test::DataCases("document/cases/document_outlines.txt", 4);
     const std::string text = cases[1].fields[1];
     const std::string path = ::testing::TempDir() + "zentu_document_test.par";
-    FILE* file = std::fopen(path.c_str(), "wb");
-    ASSERT_NE(file, nullptr);
-    std::fwrite(text.data(), 1, text.size(), file);
-    std::fclose(file);
+    std::ofstream(path, std::ios::binary) << text;
     const ZentuJobDocument read = ZentuJobDocument::FromFile(path);
     std::remove(path.c_str());
     EXPECT_EQ(read.Path(), path);

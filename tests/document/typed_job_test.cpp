@@ -24,6 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using ZentuCmdItemDefs::CmdItem;
+using ZentuStringUtil::to_upper;
 
 // Reads a file as a host does, with the configuration that the schema describes.
 std::vector<std::string> AdapterLines(const fs::path& path, const ZentuJobSchema& schema) {
@@ -32,10 +33,6 @@ std::vector<std::string> AdapterLines(const fs::path& path, const ZentuJobSchema
     ZentuCmdContainer container;
     ZentuParFileAdapter(path.wstring(), schema.BuildConfig(ZentuCompletion::FULL)).Parse(container);
     return zentu_test::CmdLines(container);
-}
-
-std::string Upper(const std::string& text) {
-    return ZentuStringUtil::to_upper(text);
 }
 
 // Each command comes from a document command of its keyword (a command that a rule generated
@@ -47,16 +44,17 @@ void ExpectTracedToTheDocument(const ZentuTypedJob& job, const ZentuJobSchema& s
         const ZentuOrigin origin = job.OriginOf(command);
         SCOPED_TRACE(command.GetName() + " at " + std::to_string(origin.command));
         if (origin.command == ZentuOrigin::NONE) {
-            EXPECT_TRUE(schema.FindCommand(Upper(command.GetName()))->create_default);
+            EXPECT_TRUE(schema.FindCommand(to_upper(command.GetName()))->create_default);
             continue;
         }
         ASSERT_LT(origin.command, written.size());
-        EXPECT_EQ(Upper(written[origin.command].keyword), Upper(command.GetName()));
+        EXPECT_EQ(to_upper(written[origin.command].keyword), to_upper(command.GetName()));
         for (const ZentuCmdItem* item : zentu_test::Identities(command)) {
             const ZentuOrigin from = job.OriginOf(command, *item);
             EXPECT_EQ(from.command, origin.command);
             if (from.item != ZentuOrigin::NONE) {
-                EXPECT_EQ(Upper(written[from.command].items.at(from.item).name), item->GetName());
+                EXPECT_EQ(to_upper(written[from.command].items.at(from.item).name),
+                          item->GetName());
             }
         }
     }
@@ -69,10 +67,6 @@ void ExpectSameAsTheReader(const fs::path& path, const ZentuJobSchema& schema) {
     EXPECT_FALSE(job.Document().HasErrors());
     EXPECT_EQ(zentu_test::CmdLines(job.Container()), AdapterLines(path, schema));
     ExpectTracedToTheDocument(job, schema);
-}
-
-void WriteText(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
 }
 
 // The same lines with CR LF ends and a byte-order mark, which both readers skip.
@@ -102,14 +96,15 @@ TEST(TypedJob, ExamplesAndGeneratedJobsReadAsTheReaderReadsThem) {
             files.emplace_back(scratch.Path() / ("job_" + std::to_string(commands) + "_" +
                                                  std::to_string(seed) + ".par"),
                                &builtin);
-            WriteText(files.back().first, ZentuJobGenerator::job_text(commands, seed));
+            std::ofstream(files.back().first) << ZentuJobGenerator::job_text(commands, seed);
         }
     }
     for (const auto& [path, schema] : files) {
         ExpectSameAsTheReader(path, *schema);
         std::ifstream in(path, std::ios::binary);
         const fs::path windows = scratch.Path() / ("windows_" + path.filename().string());
-        WriteText(windows, AsWindowsText(std::string(std::istreambuf_iterator<char>(in), {})));
+        std::ofstream(windows, std::ios::binary)
+            << AsWindowsText(std::string(std::istreambuf_iterator<char>(in), {}));
         ExpectSameAsTheReader(windows, *schema);
     }
 }
