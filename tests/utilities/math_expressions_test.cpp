@@ -101,23 +101,19 @@ TEST(MathExpressionsTest, TokensCarryTheirClassAndTheValueOfNumbers) {
 // References match the first candidate in list order, ignoring ASCII case only, and never past
 // the end given; the matcher and the plain search always agree.
 TEST(MathExpressionsTest, FindStringsTakesTheFirstCandidateInListOrderIgnoringAsciiCase) {
-    const struct {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/find_strings.txt", 3)) {
         std::vector<std::string> candidates;
-        std::string text;
-        std::ptrdiff_t length;
-    } cases[] = {{{"%A%", "%B%"}, "%b%+1", 3}, {{"%AB%", "%A%"}, "%a%", 3},
-                 {{"%A", "%A%"}, "%A%", 2},    {{}, "x", 0},
-                 {{"", "x"}, "x", 0},          {{"abc"}, "ab", 0},
-                 {{"%A_Z%"}, "%a_z%", 5},      {{"@[`{"}, "`{@[", 0},
-                 {{"\xC3\x84"}, "\xC3\xA4", 0}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(Expr::find_strings(c.candidates, c.text.begin(), c.text.end()) - c.text.begin(),
-                  c.length)
-            << c.text;
-        EXPECT_EQ(
-            Expr::StringMatcher(c.candidates).Match(c.text.begin(), c.text.end()) - c.text.begin(),
-            c.length)
-            << c.text;
+        std::istringstream in(c.fields[0] == "-" ? "" : c.fields[0]);
+        for (std::string candidate; std::getline(in, candidate, ',');) {
+            candidates.push_back(candidate);
+        }
+        const std::string& text = c.fields[1];
+        const std::ptrdiff_t length = std::stol(c.fields[2]);
+        EXPECT_EQ(Expr::find_strings(candidates, text.begin(), text.end()) - text.begin(), length)
+            << c.where;
+        EXPECT_EQ(Expr::StringMatcher(candidates).Match(text.begin(), text.end()) - text.begin(),
+                  length)
+            << c.where;
     }
     const std::string text = "%A%";
     EXPECT_EQ(Expr::find_strings({"%A%"}, text.begin(), text.begin() + 2), text.begin());

@@ -8,7 +8,6 @@
 #include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "KPL_Failure.h"
 #include "ZentuFileUtil.h"
@@ -115,20 +114,6 @@ TEST_F(ParFileTest, RefusesPathsItCannotRead) {
     };
     for (const auto& [path, message] : cases) {
         EXPECT_EQ(FailureOf(path), message);
-    }
-}
-
-// The writer puts a value on the lines after its name exactly as it is, so each comes back whole,
-// empty lines at either end included.
-TEST_F(ParFileTest, GivesBackEveryValueAsTheWriterLaysItOut) {
-    for (const std::string value : {"", "\n", "1-10,\n12", "1\n\n2", "a\n", "\n1"}) {
-        Write("\nDV\n  LIST\n  " + value + "\n  TYPE = X\n  TAIL\n  " + value + "\nEND_\n\n");
-        const ZentuParFile file(path_);
-        std::vector<std::string> values;
-        for (const ZentuParSubCommand& item : *file.begin()) {
-            values.push_back(item.retrieveValue());
-        }
-        EXPECT_EQ(values, (std::vector<std::string>{value, "X", value}));
     }
 }
 
