@@ -45,6 +45,7 @@ std::string FailureOf(void (*rule)(ZentuCmdContainer&, const KeywordMap&)) {
     return "no failure";
 }
 
+// A bound position runs the rule of the set in the innermost scope, and fails outside any.
 TEST(BoundRules, EachPositionCallsTheRuleOfTheActiveSet) {
     ZentuBoundRules first;
     ZentuBoundRules second;
@@ -70,6 +71,7 @@ TEST(BoundRules, EachPositionCallsTheRuleOfTheActiveSet) {
     EXPECT_EQ(FailureOf(b), "a rule bound from a schema ran outside a read with that schema");
 }
 
+// Binding past the last position fails with a message that names the limit.
 TEST(BoundRules, RefusesMoreRulesThanPositionsNamingTheLimit) {
     ZentuBoundRules rules;
     for (std::size_t i = 0; i < ZentuBoundRules::MAX_RULES; ++i) {
@@ -107,6 +109,7 @@ std::string Complete(const ZentuJobSchema& schema) {
     return Labels(container);
 }
 
+// Threads that load and use schemas at once each see the rules of their own schema.
 TEST(BoundRules, SchemasLoadedAgainAndAgainOnSeveralThreadsKeepTheirOwnRules) {
     std::vector<std::thread> threads;
     std::vector<int> wrong(4, 0);

@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ZentuTypedJob.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
@@ -19,10 +21,18 @@ const std::string kResponses =
     "OBJ_FUNC\n  DRESP = A\nEND_\n"                                 // lines 9-11
     "CONSTRAINT\n  ID_NAME = K\n  DRESP = B\n  VALUE = 1\nEND_\n";  // lines 12-16
 
-// An operator O (line 17, its expression on line 19) that an objective uses.
-std::string Operator(const std::string& expression) {
-    return kResponses + "OPERATOR\n  ID_NAME = O\n  ADD_FILE = " + expression +
-           "\nEND_\nOBJ_FUNC\n  DRESP = O\nEND_\n";
+// The job a case file writes, its shorthands {R}, {O} and {/O} written out.
+std::string Job(std::string text) {
+    const std::pair<std::string, std::string> shorthands[] = {
+        {"{R}", kResponses},
+        {"{O}", "OPERATOR\n  ID_NAME = O\n  ADD_FILE = "},
+        {"{/O}", "\nEND_\nOBJ_FUNC\n  DRESP = O\nEND_\n"}};
+    for (const auto& [shorthand, full] : shorthands) {
+        for (std::size_t at; (at = text.find(shorthand)) != std::string::npos;) {
+            text.replace(at, shorthand.size(), full);
+        }
+    }
+    return text;
 }
 
 // "line:column message" of each finding of the code.
@@ -40,81 +50,19 @@ std::vector<std::string> Found(const std::string& text, const std::string& code)
     return found;
 }
 
-struct Case {
-    const char* code;
-    std::string triggers;
-    std::string expected;  // the first finding of the code
-    std::string clean;
-};
-
+// Each code fires on its smallest job, at its place, and not on the nearest job without it.
 TEST(Checks, EachCodeFiresOnItsSmallestCaseAndNotOnTheNearest) {
-    const Case cases[] = {
-        {"expression-mismatch", Operator("-(%A% + %B%)"),
-         "19:14 expands to +1*A -1*B but reads -1*A -1*B; write it as -1*%A% - 1*%B%",
-         Operator("-%A% - %B%")},
-        {"expression-mismatch", Operator("3*%A% - (%B% + %A%)"),
-         "19:14 expands to +2*A +1*B but reads +2*A -1*B; write it as 2*%A% - 1*%B%",
-         Operator("2*(%A% + %B%)")},
-        {"expression-unsupported", Operator("%A% / %B%"),
-         "19:18 the expansion into weighted responses drops a quotient: '/'",
-         Operator("%A% - %B%")},
-        {"expression-unsupported", Operator("%A% + 5"),
-         "19:20 the expansion into weighted responses drops a constant term: '5'",
-         Operator("%A% + 0*%B%")},
-        {"expression-unsupported", Operator("%A%*%B%"),
-         "19:14 the expansion into weighted responses drops a product of two references: "
-         "'%A%*%B%'",
-         Operator("%A%*2")},
-        {"duplicate-identifier", kResponses + "GROUP_DEF\n  ID_NAME = a\nEND_\n",
-         "18:13 identifier 'a' is given to DRESP on line 1 already; references always name that "
-         "one",
-         kResponses + "GROUP_DEF\n  ID_NAME = a2\nEND_\n"},
-        {"duplicate-item", "STOP\n  ITER_MAX = 5\n  iter_max = 6\nEND_\n",
-         "3:3 iter_max is given again (first on line 2); only the first one counts",
-         "OPERATOR\n  VARIABLE = A\n  VARIABLE = B\nEND_\n"},
-        {"integer-list", "GROUP_DEF\n  ID_NAME = G\n  ELEMENT_GROUP = 1, 100-1\nEND_\n",
-         "3:22 the range 100-1 runs backwards and adds only its start, so the list reads as [1, "
-         "100]; write 1-100",
-         "GROUP_DEF\n  ID_NAME = G\n  ELEMENT_GROUP = 1, 1-100\nEND_\n"},
-        {"integer-list", "GROUP_DEF\n  ID_NAME = G\n  ELEMENT_GROUP = 1-20000000\nEND_\n",
-         "3:19 the list names 20000000 numbers, more than the 10000000 a list of numbers holds, "
-         "so it reads as no list of numbers at all",
-         "GROUP_DEF\n  ID_NAME = G\n  ELEMENT_GROUP = 1-10000000\nEND_\n"},
-        {"missing-item", kResponses + "DRESP\n  ID_NAME = C\nEND_\n",
-         "17:1 DRESP 'C' has no TYPE, which the schema requires",
-         kResponses + "DRESP\n  ID_NAME = C\n  TYPE = VOLUME\nEND_\n"},
-        {"out-of-range", "STOP\n  ITER_MAX = -5\nEND_\n",
-         "2:14 ITER_MAX = -5 is below its smallest allowed value 1",
-         "STOP\n  ITER_MAX = 1\nEND_\n"},
-        {"out-of-range", "DV\n  ID_NAME = D\n  LOWER = 0.9\n  UPPER = 0.1\nEND_\n",
-         "3:11 LOWER = 0.9 is above UPPER = 0.1 (line 4)",
-         "DV\n  ID_NAME = D\n  LOWER = 0.1\n  UPPER = 0.1\nEND_\n"},
-        {"dangling-reference",
-         "OPTIMIZE\n  CONSTRAINT = vc, vc_missing\nEND_\nCONSTRAINT\n  ID_NAME = vc\nEND_\n",
-         "2:20 CONSTRAINT 'vc_missing' names no CONSTRAINT command",
-         "OPTIMIZE\n  CONSTRAINT = vc\nEND_\nCONSTRAINT\n  ID_NAME = vc\nEND_\n"},
-        {"unused-command", kResponses + "DV\n  ID_NAME = D\nEND_\n",
-         "17:1 DV 'D' is not used: no objective, constraint, operator or optimisation refers to it",
-         kResponses + "DV\n  ID_NAME = D\nEND_\nOPTIMIZE\n  DV = D\nEND_\n"},
-        {"reference-cycle",
-         Operator("%A% + %P%") + "OPERATOR\n  ID_NAME = P\n  ADD_FILE = %B% + %O%\nEND_\n",
-         "17:1 OPERATOR 'O' refers to itself through other operators (O -> P -> O), so it cannot "
-         "be evaluated",
-         Operator("%A% + %P%") + "OPERATOR\n  ID_NAME = P\n  ADD_FILE = %B%*2\nEND_\n"},
-        {"keyword-case", kResponses + "optimize\n  ID_NAME = T\nEND_\n",
-         "17:1 the rules look command keywords up as written, and 'optimize' is not in upper case: "
-         "Configuration for optimize of type 10 not available.",
-         kResponses + "OPTIMIZE\n  ID_NAME = T\nEND_\n"},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.triggers);
-        const std::vector<std::string> found = Found(c.triggers, c.code);
-        ASSERT_FALSE(found.empty()) << c.code;
-        EXPECT_EQ(found.front(), c.expected);
-        EXPECT_EQ(Found(c.clean, c.code), std::vector<std::string>{}) << c.clean;
+    for (const auto& c : zentu_test::DataCases("document/cases/checks.txt", 4)) {
+        SCOPED_TRACE(c.where);
+        const std::vector<std::string> found = Found(Job(c.fields[1]), c.fields[0]);
+        ASSERT_FALSE(found.empty());
+        EXPECT_EQ(found.front(), c.fields[2]);
+        EXPECT_EQ(Found(Job(c.fields[3]), c.fields[0]), std::vector<std::string>{});
     }
 }
 
+// A comment silences the codes it names for the next command only; overrides change severities
+// and drop findings.
 TEST(Checks, CommentsSilenceACodeForTheNextCommandOrItemAndOverridesRewriteSeverities) {
     const std::string silenced =
         kResponses +

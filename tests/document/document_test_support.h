@@ -1,6 +1,8 @@
 #pragma once
 
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "ZentuFinding.h"
 
@@ -16,6 +18,24 @@ inline std::string At(const ZentuTextRange& range) {
 inline std::string FindingLine(const ZentuFinding& finding) {
     return finding.code + " " + At(finding.range) + " " + finding.message +
            (finding.suggestion ? " => " + *finding.suggestion : "");
+}
+
+// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
+inline std::string Bytes(std::string text) {
+    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
+        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+    }
+    return text;
+}
+
+// The lines of a case field, none for an empty one.
+inline std::vector<std::string> Lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) {
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 }  // namespace zentu_test

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "../engine/engine_test_support.h"
@@ -17,11 +18,13 @@
 #include "ZentuStringUtil.h"
 #include "document_test_support.h"
 #include "job_generator.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using ZentuCmdItemDefs::CmdItem;
+using ZentuStringUtil::to_upper;
 
 // Reads a file as a host does, with the configuration that the schema describes.
 std::vector<std::string> AdapterLines(const fs::path& path, const ZentuJobSchema& schema) {
@@ -30,10 +33,6 @@ std::vector<std::string> AdapterLines(const fs::path& path, const ZentuJobSchema
     ZentuCmdContainer container;
     ZentuParFileAdapter(path.wstring(), schema.BuildConfig(ZentuCompletion::FULL)).Parse(container);
     return zentu_test::CmdLines(container);
-}
-
-std::string Upper(const std::string& text) {
-    return ZentuStringUtil::to_upper(text);
 }
 
 // Each command comes from a document command of its keyword (a command that a rule generated
@@ -45,16 +44,17 @@ void ExpectTracedToTheDocument(const ZentuTypedJob& job, const ZentuJobSchema& s
         const ZentuOrigin origin = job.OriginOf(command);
         SCOPED_TRACE(command.GetName() + " at " + std::to_string(origin.command));
         if (origin.command == ZentuOrigin::NONE) {
-            EXPECT_TRUE(schema.FindCommand(Upper(command.GetName()))->create_default);
+            EXPECT_TRUE(schema.FindCommand(to_upper(command.GetName()))->create_default);
             continue;
         }
         ASSERT_LT(origin.command, written.size());
-        EXPECT_EQ(Upper(written[origin.command].keyword), Upper(command.GetName()));
+        EXPECT_EQ(to_upper(written[origin.command].keyword), to_upper(command.GetName()));
         for (const ZentuCmdItem* item : zentu_test::Identities(command)) {
             const ZentuOrigin from = job.OriginOf(command, *item);
             EXPECT_EQ(from.command, origin.command);
             if (from.item != ZentuOrigin::NONE) {
-                EXPECT_EQ(Upper(written[from.command].items.at(from.item).name), item->GetName());
+                EXPECT_EQ(to_upper(written[from.command].items.at(from.item).name),
+                          item->GetName());
             }
         }
     }
@@ -69,10 +69,6 @@ void ExpectSameAsTheReader(const fs::path& path, const ZentuJobSchema& schema) {
     ExpectTracedToTheDocument(job, schema);
 }
 
-void WriteText(const fs::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary) << text;
-}
-
 // The same lines with CR LF ends and a byte-order mark, which both readers skip.
 std::string AsWindowsText(const std::string& text) {
     std::string windows = "\xEF\xBB\xBF";
@@ -82,90 +78,70 @@ std::string AsWindowsText(const std::string& text) {
     return windows;
 }
 
-TEST(TypedJob, EveryExampleReadsAsTheReaderReadsIt) {
+// Every example and generated jobs of several sizes, also with CR LF ends and a byte-order mark,
+// read as the reader reads them.
+TEST(TypedJob, ExamplesAndGeneratedJobsReadAsTheReaderReadsThem) {
     const fs::path examples = ZENTU_EXAMPLES_DIR;
     const ZentuJobSchema builtin = ZentuJobSchema::Builtin();
     const ZentuJobSchema custom = ZentuJobSchema::Load((examples / "custom_schema.json").string());
     const zentu_test::ScratchDir scratch("zentu_typed_job_");
+    std::vector<std::pair<fs::path, const ZentuJobSchema*>> files;
     for (const auto& entry : fs::directory_iterator(examples)) {
-        if (entry.path().extension() != ".par") {
-            continue;
+        if (entry.path().extension() == ".par") {
+            files.emplace_back(entry.path(), entry.path().stem() == "custom" ? &custom : &builtin);
         }
-        const ZentuJobSchema& schema = entry.path().stem() == "custom" ? custom : builtin;
-        ExpectSameAsTheReader(entry.path(), schema);
-        std::ifstream in(entry.path(), std::ios::binary);
-        const std::string text((std::istreambuf_iterator<char>(in)), {});
-        const fs::path windows = scratch.Path() / entry.path().filename();
-        WriteText(windows, AsWindowsText(text));
-        ExpectSameAsTheReader(windows, schema);
     }
-}
-
-TEST(TypedJob, GeneratedJobsReadAsTheReaderReadsThem) {
-    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
-    const zentu_test::ScratchDir scratch("zentu_typed_job_");
     for (const std::size_t commands : {7, 60, 400}) {
         for (const std::uint32_t seed : {1U, 2U}) {
-            const fs::path path = scratch.Path() / ("job_" + std::to_string(commands) + "_" +
-                                                    std::to_string(seed) + ".par");
-            WriteText(path, ZentuJobGenerator::job_text(commands, seed));
-            ExpectSameAsTheReader(path, schema);
+            files.emplace_back(scratch.Path() / ("job_" + std::to_string(commands) + "_" +
+                                                 std::to_string(seed) + ".par"),
+                               &builtin);
+            std::ofstream(files.back().first) << ZentuJobGenerator::job_text(commands, seed);
         }
+    }
+    for (const auto& [path, schema] : files) {
+        ExpectSameAsTheReader(path, *schema);
+        std::ifstream in(path, std::ios::binary);
+        const fs::path windows = scratch.Path() / ("windows_" + path.filename().string());
+        std::ofstream(windows, std::ios::binary)
+            << AsWindowsText(std::string(std::istreambuf_iterator<char>(in), {}));
+        ExpectSameAsTheReader(windows, *schema);
     }
 }
 
 // What the texts below refer to: a group and two responses.
-const char* const kResponses =
+const std::string kResponses =
     "GROUP_DEF\n  ID_NAME = design\nEND_\n"
     "DRESP\n  ID_NAME = mass\n  TYPE = VOLUME\nEND_\n"
     "DRESP\n  ID_NAME = disp\n  TYPE = DISP_ABS\nEND_\n";
 
-// A small bad text and the one finding of its code that reading it gives.
-struct LocatedCase {
-    std::string text;
-    std::string finding;
-};
-
-const LocatedCase kLocated[] = {
-    {"DVV\nEND_\n",
-     "unknown-command 1:1-1:4 the schema describes no command 'DVV'; did you mean 'DV'? => DV"},
-    {"DV\n  ID_NAME = d1\n  LOWR = 0.1\nEND_\n",
-     "unknown-item 3:3-3:7 Unknown item 'LOWR' found in command DV with ID_NAME d1; did you mean "
-     "'LOWER'? => LOWER"},
-    {"DV\n  ID_NAME = d1\n  LOWER =  0.1x \nEND_\n",
-     "bad-value 3:12-3:16 The item LOWER has an invalid type. '0.1x' must be a scalar value."},
-    {std::string(kResponses) + "DV\n  GROUP = desing\nEND_\n",
-     "dangling-reference 13:11-13:17 DV: GROUP 'DESING' names no command; did you mean 'DESIGN'? "
-     "=> DESIGN"},
-    {std::string(kResponses) + "OPERATOR\n  ID_NAME = o\n  ADD_FILE = 2 * %mass% - %dips%\nEND_\n",
-     "expression-syntax 14:27-14:33 %dips% in the expression names no DRESP or OPERATOR command; "
-     "did you mean %DISP%? => %DISP%"},
-    {"dv\n  ID_NAME = d1\n  TYPE = NODAL\nEND_\n",
-     "keyword-case 1:1-1:3 the rules look command keywords up as written, and 'dv' is not in upper "
-     "case: Configuration for dv of type 3 not available. => DV"},
-};
-
+// Each problem of typing and completing is found, once, where it is written.
 TEST(TypedJob, LocatesWhatTypingAndCompletingFind) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
-    for (const LocatedCase& c : kLocated) {
-        SCOPED_TRACE(c.finding);
-        const std::string code = c.finding.substr(0, c.finding.find(' '));
+    for (const auto& c : zentu_test::DataCases("document/cases/located.txt", 2)) {
+        SCOPED_TRACE(c.where);
+        const std::string code = c.fields[1].substr(0, c.fields[1].find(' '));
+        std::string text = c.fields[0];
+        if (text.rfind("{R}", 0) == 0) {
+            text.replace(0, 3, kResponses);
+        }
         const ZentuTypedJob job =
-            ZentuTypedJob::ReadText(c.text, "job.par", schema, ZentuCompletion::FULL);
+            ZentuTypedJob::ReadText(text, "job.par", schema, ZentuCompletion::FULL);
         std::vector<std::string> found;
         for (const ZentuFinding& finding : job.Findings()) {
             if (finding.code == code) {
                 found.push_back(zentu_test::FindingLine(finding));
             }
         }
-        EXPECT_EQ(found, std::vector<std::string>{c.finding});
+        EXPECT_EQ(found, std::vector<std::string>{c.fields[1]});
     }
 }
 
+// A generated operator traces to the command of its expression; default commands trace nowhere.
 TEST(TypedJob, TracesGeneratedOperatorsToTheExpressionAndLeavesDefaultsUntraced) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
     const ZentuTypedJob job = ZentuTypedJob::ReadText(
-        std::string(kResponses) +
+        kResponses +
             "OPERATOR\n  ID_NAME = o\n  ADD_FILE = 2 * (%mass% + %disp%)\nEND_\n"
             "OPTIMIZE\n  OBJ_FUNC = o\nEND_\n",
         "job.par", schema, ZentuCompletion::FULL);

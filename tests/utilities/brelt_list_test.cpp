@@ -2,9 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <climits>
+#include <iterator>
 #include <random>
-#include <set>
 #include <sstream>
 #include <string>
 #include <tuple>
@@ -13,6 +12,7 @@
 
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
@@ -28,6 +28,12 @@ const std::string TOO_LONG = "BreltList exceeds the limit of 5 values" + SO_FAR;
 
 std::string Unexpected(const std::string& separator, const std::string& values = "") {
     return "Unexpected separator character " + separator + " in BRELT list" + SO_FAR + values;
+}
+
+// The blank-separated values of a case field.
+Values ValuesOf(const std::string& text) {
+    std::istringstream in(text);
+    return Values(std::istream_iterator<int>(in), std::istream_iterator<int>());
 }
 
 // Records log lines at a verbosity and restores both after; a line under another tag shows it.
@@ -109,52 +115,38 @@ Reading ReadEverywhere(const std::string& text, const BreltList<int>& list = Bre
 // The stream, the text reader, the trial reader and the validator are separate code paths that
 // must give the same values for every well-formed text, ranges, steps and int limits included.
 TEST(BreltListRead, TextsGiveTheirValuesThroughEveryEntryPoint) {
-    // clang-format off
-    const std::pair<std::string, Values> cases[] = {
-        {"", {}}, {" \t\r\n\v\f", {}}, {" +5 ", {5}}, {"007", {7}},
-        {"1,3,5-9", {1, 3, 5, 6, 7, 8, 9}}, {"1-10:3", {1, 4, 7, 10}}, {"1-9:3", {1, 4, 7}},
-        {"5-1", {5}}, {"5-1:-1", {1, 2, 3, 4, 5}}, {"5-9:0", {5}}, {"1--5", {1}},
-        {"1--5:-2", {-5, -3, -1, 1}}, {"1 -2", {1, 2}}, {"1 , 2 - 6 : 2 ,", {1, 2, 4, 6}},
-        {"3,1-10:", {3}}, {"1-", {}}, {"1,-", {1}}, {"1,99999999999", {1}},
-        {"1,-99999999999999999999999", {1}}, {"2147483647,-2147483648", {INT_MIN, INT_MAX}},
-        {"2147483640-2147483647:5", {2147483640, 2147483645}},
-        // A step that would leave the int range ends the range; wrapping could land back inside.
-        {"-2147483648-2147483647:-1", {INT_MIN}}, {"2147483647--2147483648:1073741824", {INT_MAX}},
-        {"-2000000000-2000000000:1500000000", {-2000000000, -500000000, 1000000000}},
-        {"-2147483648-2147483647:2147483647", {INT_MIN, -1, INT_MAX - 1}},
-        {std::string(100000, ' ') + "3" + std::string(100000, '\t'), {3}},
-        {"1," + std::string(100000, '9'), {1}}};
-    // Only a number cut off by the end fails the stream, which is always read to its end.
-    const std::set<std::string> cutOff = {"1 , 2 - 6 : 2 ,", "3,1-10:", "1-", "1,-",
-        "1,99999999999", "1,-99999999999999999999999", "1," + std::string(100000, '9')};
-    // clang-format on
-    for (const auto& [text, values] : cases) {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/brelt_reads.txt", 3)) {
+        SCOPED_TRACE(c.where);
+        const Reading reading = ReadEverywhere(c.fields[0]);
+        EXPECT_TRUE(reading.succeeded) << reading.message;
+        EXPECT_EQ(reading.values, ValuesOf(c.fields[1]));
+        EXPECT_EQ(reading.streamFailed, c.fields[2] == "1");
+    }
+    // Blanks of every kind, very long blank runs and a very long number cut off by the end.
+    const std::tuple<std::string, Values, bool> generated[] = {
+        {" \t\r\n\v\f", {}, false},
+        {std::string(100000, ' ') + "3" + std::string(100000, '\t'), {3}, false},
+        {"1," + std::string(100000, '9'), {1}, true}};
+    for (const auto& [text, values, streamFailed] : generated) {
         const Reading reading = ReadEverywhere(text);
-        EXPECT_TRUE(reading.succeeded) << text << ": " << reading.message;
-        EXPECT_EQ(reading.values, values) << text;
-        EXPECT_EQ(reading.streamFailed, cutOff.count(text) == 1) << text;
+        EXPECT_TRUE(reading.succeeded);
+        EXPECT_EQ(std::tie(reading.values, reading.streamFailed), std::tie(values, streamFailed));
     }
 }
 
 // Users fix a list from its message, so it gives the reason and the values read so far.
 TEST(BreltListRead, BadTextsFailWithTheReasonAndTheValuesReadSoFar) {
-    // clang-format off
-    const std::pair<std::string, std::string> cases[] = {
-        {",", FAILED}, {"a", FAILED}, {"- 1", FAILED}, {"1,,2", FAILED + "1"},
-        {"1,-x", FAILED + "1"}, {"1,99999999999,2", FAILED + "1"}, {"1,\0"s, FAILED + "1"},
-        {"1,2,3,4-6,x", FAILED + "1-6"}, {"1-3,5-9:0,x", FAILED + "1-3,5"},
-        {"1 2", Unexpected("2")}, {"1-5-", Unexpected("-")}, {"1:5", Unexpected(":")},
-        {"1-5:2:3", Unexpected(":")}, {"1,2,3;4", Unexpected(";", "1,2")},
-        {"2.5", Unexpected(".")}, {"0x1", Unexpected("x")}, {"1\xff", Unexpected("\xff")},
-        // The message is formatted as printf does, so a NUL separator ends the reason's text.
-        {"4,1\0,2"s, "Unexpected separator character " + SO_FAR + "4"},
-        {std::string(100000, '9') + ",1", FAILED}};
-    // clang-format on
-    for (const auto& [text, message] : cases) {
-        const Reading reading = ReadEverywhere(text);
-        EXPECT_FALSE(reading.succeeded) << text;
-        EXPECT_EQ(reading.message, message) << testing::PrintToString(text);
+    for (const auto& c : zentu_test::DataCases("utilities/cases/brelt_failures.txt", 2)) {
+        SCOPED_TRACE(c.where);
+        const Reading reading = ReadEverywhere(c.fields[0]);
+        EXPECT_FALSE(reading.succeeded);
+        EXPECT_EQ(reading.message, c.fields[1]);
     }
+    // Bytes a case file cannot show; a NUL separator ends the reason's text as printf ends it.
+    EXPECT_EQ(ReadEverywhere("1,\0"s).message, FAILED + "1");
+    EXPECT_EQ(ReadEverywhere("1\xff").message, Unexpected("\xff"));
+    EXPECT_EQ(ReadEverywhere("4,1\0,2"s).message, "Unexpected separator character " + SO_FAR + "4");
+    EXPECT_EQ(ReadEverywhere(std::string(100000, '9') + ",1").message, FAILED);
     // A message too long for a failure is cut as printf cuts it; squares form no runs.
     std::string squares;
     for (int i = 0; i < 3000; ++i) {
@@ -186,20 +178,13 @@ TEST(BreltListRead, FlagsDecideClearingAndTheStepOfRangesWithoutOne) {
 TEST(BreltListRead, LogsEachStepAsTraceAndAStillStepAsWarning) {
     const LogLine stillStep = {
         2, "Invalid stepsize 0 given in BreltList. Adding the step resulted in the same element"};
-    // clang-format off
-    const Log expected = {
-        {7, "Starting parsing of BreltList from input stream"},
-        {7, "Parsed element -4 of BreltList"}, {7, "Parsed separator - in BRELT list"},
-        {7, "Parsed element 1 of BreltList"}, {7, "Parsed separator : in BRELT list"},
-        {7, "Parsed element 0 of BreltList"}, {7, "Parsed separator , in BRELT list"},
-        {7, "Adding multiple list elements -4-1:0"}, stillStep,
-        {7, "Parsed element 7 of BreltList"}, {7, "Parsed separator , in BRELT list"},
-        {7, "Adding single list element 7"}, {7, "Successfully parsed BreltList"}};
-    // clang-format on
-    EXPECT_EQ(ReadEverywhere("-4-1:0, 7").log, expected);
-    EXPECT_EQ(
-        ReadEverywhere(" ").log,
-        (Log{expected.front(), {7, "Parsed empty BreltList from input stream"}, expected.back()}));
+    for (const auto& c : zentu_test::DataCases("utilities/cases/brelt_logs.txt", 2)) {
+        std::string lines;
+        for (const auto& [type, text] : ReadEverywhere(c.fields[0]).log) {
+            lines += std::to_string(type) + " " + text + "\n";
+        }
+        EXPECT_EQ(lines, c.fields[1]) << c.where;
+    }
     // At the default verbosity only the warning passes; a range that moves gives none.
     LogRecorder recorder(KPL_LogMacros::LOG_WARNING);
     BreltList<int> list;
@@ -227,16 +212,10 @@ TEST(BreltListRead, ABoundStopsListsThatWouldGrowBeyondIt) {
     MaxSizeScope scope(5);
     EXPECT_EQ(scope.previous_, 10000000U);
     // A range that cannot fit is refused whole, before any of its values is added.
-    // clang-format off
-    const std::tuple<std::string, std::string, std::size_t> cases[] = {
-        {"1-2000000000", TOO_LONG, 0}, {"1,2,3,4,5,6", TOO_LONG + "1-5", 5}, {"10-1:-1", TOO_LONG, 0},
-        {"-2147483648-2147483647", TOO_LONG, 0}, {"8,1-9:2", TOO_LONG + "8", 1},
-        {"1,2,3,4,5,5,1-5:2", "", 5}, {"2,4,1-5", "", 5}, {"9,1-3,9-8:-1", "", 5}};
-    // clang-format on
-    for (const auto& [text, message, size] : cases) {
-        const Reading reading = ReadEverywhere(text);
-        EXPECT_EQ(reading.message, message) << text;
-        EXPECT_EQ(reading.values.size(), size) << text;
+    for (const auto& c : zentu_test::DataCases("utilities/cases/brelt_bounds.txt", 3)) {
+        const Reading reading = ReadEverywhere(c.fields[0]);
+        EXPECT_EQ(reading.message, c.fields[1]) << c.where;
+        EXPECT_EQ(reading.values.size(), std::stoul(c.fields[2])) << c.where;
     }
     BreltList<int> full;
     read_brelt_list("10-14", full);
@@ -286,18 +265,12 @@ struct FlushCounter : std::stringbuf {
 // The writer forms runs greedily, leaves out the default step and breaks lines after nine pieces,
 // and what it writes reads back to the same values.
 TEST(BreltListWrite, RunsAreFormedGreedilyAndLinesBroken) {
-    // clang-format off
-    const std::tuple<Values, int, std::string> cases[] = {
-        {{}, 1, ""}, {{7}, 1, "7"}, {{1, 3}, 1, "1,3"}, {{1, 2, 4, 6, 8}, 1, "1,2-8:2"},
-        {{1, 2, 3, 10, 11}, 1, "1-3,10,11"}, {{1, 3, 5, 6, 7, 8, 9}, 1, "1-5:2,6-9"},
-        {{1, 2, 4, 5, 7, 8}, 1, "1,2,4,5,7,8"}, {{2, 4, 6}, 1, "2-6:2"}, {{2, 3, 4}, 1, "2-4"},
-        {{2, 4, 6}, 2, "2-6"}, {{2, 3, 4}, 2, "2-4:1"}, {{-3, -2, -1}, 1, "-3--1"},
-        {{INT_MIN, INT_MAX}, 1, "-2147483648,2147483647"},
-        {{-INT_MAX, 0, INT_MAX}, 1, "-2147483647-2147483647:2147483647"}};
-    // clang-format on
-    for (const auto& [values, step, text] : cases) {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/brelt_writes.txt", 3)) {
+        SCOPED_TRACE(c.where);
+        const Values values = ValuesOf(c.fields[0]);
+        const std::string& text = c.fields[2];
         BreltList<int> list;
-        list.default_step = step;
+        list.default_step = std::stoi(c.fields[1]);
         list.elements.insert(values.begin(), values.end());
         LogRecorder recorder;
         std::ostringstream out;

@@ -121,14 +121,9 @@ TEST(KeywordsDictionary, OnlyAnAlphabetBuiltBeforehandAdmitsKeywords) {
 
 // Insert answers added (0), refused for a character outside the alphabet (1) or present (2).
 TEST(KeywordsDictionary, InsertReportsAddedRefusedAndPresent) {
-    const KeywordsDictionary<int> dictionary = Dictionary({{"ABC", 1, 0},
-                                                           {"ABC", 2, 2},
-                                                           {"abc", 3, 0},
-                                                           {"AB", 4, 0},
-                                                           {"A\tB", 6, 1},
-                                                           {"\x80", 7, 1},
-                                                           {"A B", 9, 0},
-                                                           {"~\x7f", 10, 0}});
+    const Steps steps = {{"ABC", 1, 0},  {"ABC", 2, 2},  {"abc", 3, 0}, {"AB", 4, 0},
+                         {"A\tB", 6, 1}, {"\x80", 7, 1}, {"A B", 9, 0}, {"~\x7f", 10, 0}};
+    const KeywordsDictionary<int> dictionary = Dictionary(steps);
     EXPECT_EQ(Collected(dictionary),
               (Collection{{"A B", 9}, {"AB", 4}, {"ABC", 1}, {"abc", 3}, {"~\x7f", 10}}));
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "KPL_Failure.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
@@ -80,17 +81,12 @@ std::vector<Token> Apply(const std::string& symbol, const std::vector<double>& v
 // Hosts evaluate the postfix order, so precedence, left association (also of '^') and the zero
 // operand that a sign gets must come out right.
 TEST(MathExpressionsTest, PostfixFollowsPrecedenceAndDeliversSignsAsZeroOperandOperator) {
-    // clang-format off
-    const std::pair<const char*, const char*> cases[] = {
-        {"1+2*3", "1 2 3 * +"}, {"1-2-3", "1 2 - 3 -"}, {"1-(2-3)", "1 2 3 - -"},
-        {"8/4/2", "8 4 / 2 /"}, {"2^3^2", "2 3 ^ 2 ^"}, {"1+2^3*4", "1 2 3 ^ 4 * +"},
-        {"\t((1\n+\v2))\f*\r3", "1 2 + 3 *"}, {"2*%A%+3*%b%", "2 %A% * 3 %b% * +"},
-        {"+2", "0 2 +"}, {"(-2)", "0 2 -"}, {"-2^2", "0 2 2 ^ -"}, {"2*(-3+4)", "2 0 3 - 4 + *"},
-        {"-(-%A%)", "0 0 %A% - -"}, {"", ""}, {" \t\n", ""}};
-    // clang-format on
-    for (const auto& [text, postfix] : cases) {
-        EXPECT_EQ(Postfix(text, {"%A%", "%B%"}), postfix) << text;
+    for (const auto& c : zentu_test::DataCases("utilities/cases/postfix.txt", 2)) {
+        EXPECT_EQ(Postfix(c.fields[0], {"%A%", "%B%"}), c.fields[1]) << c.where;
     }
+    // Every blank a case file cannot show separates tokens too.
+    EXPECT_EQ(Postfix("\t((1\n+\v2))\f*\r3"), "1 2 + 3 *");
+    EXPECT_EQ(Postfix(" \t\n"), "");
 }
 
 // Each token keeps its text, class and (for numbers) value; the caller's descriptions come first,
@@ -105,23 +101,19 @@ TEST(MathExpressionsTest, TokensCarryTheirClassAndTheValueOfNumbers) {
 // References match the first candidate in list order, ignoring ASCII case only, and never past
 // the end given; the matcher and the plain search always agree.
 TEST(MathExpressionsTest, FindStringsTakesTheFirstCandidateInListOrderIgnoringAsciiCase) {
-    const struct {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/find_strings.txt", 3)) {
         std::vector<std::string> candidates;
-        std::string text;
-        std::ptrdiff_t length;
-    } cases[] = {{{"%A%", "%B%"}, "%b%+1", 3}, {{"%AB%", "%A%"}, "%a%", 3},
-                 {{"%A", "%A%"}, "%A%", 2},    {{}, "x", 0},
-                 {{"", "x"}, "x", 0},          {{"abc"}, "ab", 0},
-                 {{"%A_Z%"}, "%a_z%", 5},      {{"@[`{"}, "`{@[", 0},
-                 {{"\xC3\x84"}, "\xC3\xA4", 0}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(Expr::find_strings(c.candidates, c.text.begin(), c.text.end()) - c.text.begin(),
-                  c.length)
-            << c.text;
-        EXPECT_EQ(
-            Expr::StringMatcher(c.candidates).Match(c.text.begin(), c.text.end()) - c.text.begin(),
-            c.length)
-            << c.text;
+        std::istringstream in(c.fields[0] == "-" ? "" : c.fields[0]);
+        for (std::string candidate; std::getline(in, candidate, ',');) {
+            candidates.push_back(candidate);
+        }
+        const std::string& text = c.fields[1];
+        const std::ptrdiff_t length = std::stol(c.fields[2]);
+        EXPECT_EQ(Expr::find_strings(candidates, text.begin(), text.end()) - text.begin(), length)
+            << c.where;
+        EXPECT_EQ(Expr::StringMatcher(candidates).Match(text.begin(), text.end()) - text.begin(),
+                  length)
+            << c.where;
     }
     const std::string text = "%A%";
     EXPECT_EQ(Expr::find_strings({"%A%"}, text.begin(), text.begin() + 2), text.begin());
@@ -171,23 +163,8 @@ TEST(MathExpressionsTest, OperatorsTakeTheRightOperandFirstAndLeaveTheirResultLa
 
 // Users fix their expressions from the message, so it names the 1-based position and the text.
 TEST(MathExpressionsTest, MalformedTextsFailNamingThePositionAndQuotingTheText) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"2 # 3", "Unknown character '#' at position 3 in expression \"2 # 3\""},
-        {"2e", "Unknown character 'e' at position 2 in expression \"2e\""},
-        {"%C%", "Unknown character '%' at position 1 in expression \"%C%\""},
-        {"(1+2", "Parenthesis opened at position 1 is not closed in expression \"(1+2\""},
-        {"((1)+(2", "Parenthesis opened at position 6 is not closed in expression \"((1)+(2\""},
-        {"1+2)", "Parenthesis closed at position 4 was not opened in expression \"1+2)\""},
-        {"()", "Expected an operand instead of \")\" at position 2 in expression \"()\""},
-        {"*2", "Expected an operand instead of \"*\" at position 1 in expression \"*2\""},
-        {"2*-3", "Expected an operand instead of \"-\" at position 3 in expression \"2*-3\""},
-        {"%A%%A%",
-         "Expected an operator instead of \"%A%\" at position 4 in expression \"%A%%A%\""},
-        {"2(3)", "Expected an operator instead of \"(\" at position 2 in expression \"2(3)\""},
-        {"2+ ", "Expected an operand at position 4, the end of expression \"2+ \""},
-        {"(", "Expected an operand at position 2, the end of expression \"(\""}};
-    for (const auto& [text, message] : cases) {
-        EXPECT_EQ(FailureOf([text = text] { Read(text, {"%A%"}); }), message);
+    for (const auto& c : zentu_test::DataCases("utilities/cases/expression_failures.txt", 2)) {
+        EXPECT_EQ(FailureOf([&c] { Read(c.fields[0], {"%A%"}); }), c.fields[1]) << c.where;
     }
 }
 

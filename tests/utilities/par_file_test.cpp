@@ -8,22 +8,23 @@
 #include <random>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "KPL_Failure.h"
 #include "ZentuFileUtil.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
 // The tag of every failure of the reader.
 constexpr const char* TAG = "|%P|LIBUTIL|ZentuParFile";
 
-// A file's bytes and what reading it must give: its rendering or the failure's message after
-// the path.
-struct Case {
-    std::string bytes;
-    std::string expected;
-};
+// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
+std::string Bytes(std::string text) {
+    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
+        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+    }
+    return text;
+}
 
 // A whole parse on one line, so that a table can state it: "line:KEYWORD[id name]" per command,
 // "{line:name=value}" per item, '|' for the line feeds of a value.
@@ -80,85 +81,23 @@ class ParFileTest : public testing::Test {
         return {};
     }
 
-    // Checks that every case reads to its rendering.
-    void ExpectRenderings(const std::vector<Case>& cases) const {
-        for (const auto& [bytes, rendering] : cases) {
-            EXPECT_EQ(Parse(bytes), rendering) << bytes;
-        }
-    }
-
     std::wstring path_;
 };
 
-// Commands and items come back in file order with their lines; blanks around names and values,
-// comments, blank lines and the case of END_ are layout, everything else is kept as written.
+// Commands and items come back in file order with their lines and id names, layout left out,
+// and a name alone gathers the value lines after it.
 TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
-    ExpectRenderings({
-        {"", ""},
-        // A byte-order mark is skipped before the first line only.
-        {"\xEF\xBB\xBF DV\nEND_\n", "1:DV[]"},
-        {"\xEF\xBB\xBF\n\xEF\xBB\xBF\nEND_\n", "2:\xEF\xBB\xBF[]"},
-        {"\n \t\n# comment\n   # indented comment\r\n\r\n", ""},
-        {"  dv  \n  eNd_ \t\n", "1:dv[]"},
-        {"END_X\nEND_", "1:END_X[]"},
-        {"DV\n A = 1 \n\tb\t=\t2\t\n= 5\n =\nEnd_", "1:DV[]{2:A=1}{3:b=2}{4:=5}{5:=}"},
-        {"DV\r\nA = 1\r\n\r\n\v\f\r\nEND_\r\n", "1:DV[]{2:A=1}"},
-        {"DV\nA = b = c\nB==\nEND_ = 3\nLong Name = x\nA = 1 # kept\n  # A = 2\nEND_\n",
-         "1:DV[]{2:A=b = c}{3:B==}{4:END_=3}{5:Long Name=x}{6:A=1 # kept}"},
-        {"\n# c\nDV\n\nA = 1\nEND_\n\n\nMODEL_INPUT\nEND_\nDV\nEND_\n",
-         "3:DV[]{5:A=1} 9:MODEL_INPUT[] 11:DV[]"},
-        {std::string("DV\nA = x\0y\nEND_\n", 16), std::string("1:DV[]{2:A=x\0y}", 15)},
-    });
-}
-
-// A name alone gathers the lines after it, blank ones included and comments skipped, until an
-// item, END_, or a single name after a value line that does not end with ','.
-TEST_F(ParFileTest, GathersTheLinesAfterANameAloneIntoOneValue) {
-    ExpectRenderings({
-        {"DV\n\n  LIST\n  1-10, \n  12\n  B = 2\n  FLAG\nend_\n",
-         "1:DV[]{3:LIST=1-10,|12}{6:B=2}{7:FLAG=}"},
-        {"DV\n  LIST\n  OTHER\n  END_X\nEND_\n", "1:DV[]{2:LIST=OTHER}{4:END_X=}"},
-        {"DV\n  L\n  A,\n  # c\n  B,\n  C\n  D_1\nEND_\n", "1:DV[]{2:L=A,|B,|C}{7:D_1=}"},
-        {"DV\n  L\n  1\n\n  N\n  2\nEND_\n", "1:DV[]{2:L=1|}{5:N=2}"},
-        {"DV\n  L\n  1\n  X Y\n  2x\n  _a\n  x=1\nEND_\n", "1:DV[]{2:L=1|X Y|2x|_a}{7:x=1}"},
-        {"DV\n  LIST\n\n  1\n \t\n\nEND_\n", "1:DV[]{2:LIST=|1||}"},
-    });
-}
-
-// Hosts identify a command by the value of its first item named ID_NAME exactly, in any case.
-TEST_F(ParFileTest, TakesTheIdNameFromTheFirstItemNamedIdNameInAnyCase) {
-    ExpectRenderings({
-        {"DV\nid_name = a\nId_Name = b\nEND_\n", "1:DV[a]{2:id_name=a}{3:Id_Name=b}"},
-        {"DV\nID_NAMES = x\nID_NAM = y\n ID_NAME  =\nID_NAME = z\nEND_\n",
-         "1:DV[]{2:ID_NAMES=x}{3:ID_NAM=y}{4:ID_NAME=}{5:ID_NAME=z}"},
-        {"DV\nID_NAME\nD\n1\nEND_\nDV\nEND_\n", "1:DV[D|1]{2:ID_NAME=D|1} 6:DV[]"},
-    });
+    for (const auto& c : zentu_test::DataCases("utilities/cases/par_renderings.txt", 2)) {
+        EXPECT_EQ(Parse(Bytes(c.fields[0])), Bytes(c.fields[1])) << c.where;
+    }
 }
 
 // The first line that breaks the structure refuses the file, naming the file, the line and a
 // printable excerpt.
 TEST_F(ParFileTest, RefusesMalformedFilesNamingFileAndLine) {
-    const std::vector<Case> cases = {
-        {"\n# x\n  end_ \r\n", ":3: END_ outside a command"},
-        {"DV\nEND_\nEND_\n", ":3: END_ outside a command"},
-        {"DV\nEND_\n\n  = \n", ":4: item line outside a command: '='"},
-        {"DV\tTOPO\r\n", ":1: a command line must hold one word: 'DV\\x09TOPO'"},
-        {"\nDV\n  A = 1", ":3: the file ends inside command DV opened on line 2"},
-        {"DV\n  LIST\n  1\n\n", ":4: the file ends inside command DV opened on line 1"},
-        {"DV\r\nA = 1\r\n# END_\r\n", ":3: the file ends inside command DV opened on line 1"},
-        {"X\nEND_\nDV\nEND\n", ":4: the file ends inside command DV opened on line 3"},
-        // A keyword is written back as a line; a NUL in it would not survive that.
-        {std::string("D\0V\x7F", 4),
-         ":1: a command keyword must not hold control characters: 'D\\x00V\\x7F'"},
-        // Quotations stop after 80 bytes, before a character that would not fit whole.
-        {"A = " + std::string(100, 'x'),
-         ":1: item line outside a command: 'A = " + std::string(76, 'x') + "...'"},
-        {std::string(79, 'k') + "\xC3\xA9 X\n",
-         ":1: a command line must hold one word: '" + std::string(79, 'k') + "...'"},
-    };
-    for (const auto& [bytes, message] : cases) {
-        Write(bytes);
-        EXPECT_EQ(FailureOf(path_), ShownPath() + message) << bytes;
+    for (const auto& c : zentu_test::DataCases("utilities/cases/par_failures.txt", 2)) {
+        Write(Bytes(c.fields[0]));
+        EXPECT_EQ(FailureOf(path_), ShownPath() + c.fields[1]) << c.where;
     }
 }
 
@@ -175,20 +114,6 @@ TEST_F(ParFileTest, RefusesPathsItCannotRead) {
     };
     for (const auto& [path, message] : cases) {
         EXPECT_EQ(FailureOf(path), message);
-    }
-}
-
-// The writer puts a value on the lines after its name exactly as it is, so each comes back whole,
-// empty lines at either end included.
-TEST_F(ParFileTest, GivesBackEveryValueAsTheWriterLaysItOut) {
-    for (const std::string value : {"", "\n", "1-10,\n12", "1\n\n2", "a\n", "\n1"}) {
-        Write("\nDV\n  LIST\n  " + value + "\n  TYPE = X\n  TAIL\n  " + value + "\nEND_\n\n");
-        const ZentuParFile file(path_);
-        std::vector<std::string> values;
-        for (const ZentuParSubCommand& item : *file.begin()) {
-            values.push_back(item.retrieveValue());
-        }
-        EXPECT_EQ(values, (std::vector<std::string>{value, "X", value}));
     }
 }
 

@@ -11,8 +11,11 @@
 #include <vector>
 
 #include "ZentuFormatUtil.h"
+#include "zentu_test_cases.h"
 
 namespace {
+
+using namespace std::string_literals;
 
 // Only the six ASCII blanks are cut, and only at the ends; other control or high bytes stay.
 TEST(StringUtilTest, TrimCutsTheSixBlankCharactersAtBothEnds) {
@@ -31,39 +34,25 @@ TEST(StringUtilTest, TrimCutsTheSixBlankCharactersAtBothEnds) {
 
 // Split appends to what the caller holds, counts what it added, and steps past each separator.
 TEST(StringUtilTest, SplitAppendsThePartsBetweenSeparators) {
-    const struct {
-        const char* text;
-        const char* separator;
-        std::vector<std::string> parts;
-    } cases[] = {{"", ",", {}},
-                 {"a", ",", {"a"}},
-                 {"a,,b,", ",", {"a", "", "b", ""}},
-                 {" a , b ", ",", {" a ", " b "}},
-                 {"a::b:c", "::", {"a", "b:c"}},
-                 {":::", "::", {"", ":"}},
-                 {"aaaa", "aa", {"", "", ""}},
-                 {"a,b", "", {"a,b"}},
-                 {"a,b", nullptr, {"a,b"}}};
-    for (const auto& c : cases) {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/split.txt", 4)) {
         std::vector<std::string> parts = {"kept"};
-        EXPECT_EQ(ZentuStringUtil::Split(c.text, c.separator, parts), c.parts.size()) << c.text;
-        EXPECT_EQ(parts.front(), "kept") << c.text;
-        EXPECT_EQ(std::vector<std::string>(parts.begin() + 1, parts.end()), c.parts) << c.text;
+        const char* separator = c.fields[1] == "-" ? nullptr : c.fields[1].c_str();
+        EXPECT_EQ(ZentuStringUtil::Split(c.fields[0], separator, parts), std::stoul(c.fields[2]))
+            << c.where;
+        std::string joined;
+        for (std::size_t i = 1; i < parts.size(); ++i) {
+            joined += (i > 1 ? "/" : "") + parts[i];
+        }
+        EXPECT_EQ(std::make_pair(parts.front(), joined), std::make_pair("kept"s, c.fields[3]))
+            << c.where;
     }
 }
 
 // A quoted string needs the quote at both ends and at least two characters.
 TEST(StringUtilTest, QuotedStringsBeginAndEndWithTheQuote) {
-    const struct {
-        const char* text;
-        char quote;
-        bool quoted;
-    } cases[] = {{"", '"', false},    {"\"", '"', false},    {"\"\"", '"', true},
-                 {"'a'", '"', false}, {"'a'", '\'', true},   {"\"a'", '"', false},
-                 {"a\"", '"', false}, {"x\"a\"", '"', false}};
-    for (const auto& c : cases) {
-        EXPECT_EQ(ZentuStringUtil::is_quoted_str(c.text, c.quote), c.quoted)
-            << c.text << " with " << c.quote;
+    for (const auto& c : zentu_test::DataCases("utilities/cases/quoted.txt", 3)) {
+        EXPECT_EQ(ZentuStringUtil::is_quoted_str(c.fields[0], c.fields[1][0]), c.fields[2] == "1")
+            << c.where;
     }
 }
 
