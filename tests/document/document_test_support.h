@@ -20,14 +20,6 @@ inline std::string FindingLine(const ZentuFinding& finding) {
            (finding.suggestion ? " => " + *finding.suggestion : "");
 }
 
-// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
-inline std::string Bytes(std::string text) {
-    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
-        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
-    }
-    return text;
-}
-
 // The lines of a case field, none for an empty one.
 inline std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;

@@ -32,6 +32,14 @@ inline std::string Unescaped(const std::string& text) {
     return out;
 }
 
+// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
+inline std::string Bytes(std::string text) {
+    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
+        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
+    }
+    return text;
+}
+
 // The fields of a line split at " | " that is not escaped.
 inline std::vector<std::string> SplitFields(const std::string& line) {
     std::vector<std::string> fields(1);

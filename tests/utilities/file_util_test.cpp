@@ -10,14 +10,6 @@
 
 namespace {
 
-// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
-std::string Bytes(std::string text) {
-    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
-        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
-    }
-    return text;
-}
-
 // Renders a wide text as its code unit values, blank-separated.
 std::string CodeUnits(const std::wstring& text) {
     std::string units;
@@ -31,7 +23,7 @@ std::string CodeUnits(const std::wstring& text) {
 TEST(FileUtilTest, ConvertsBetweenWideTextAndUtf8) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/utf8.txt", 3)) {
         SCOPED_TRACE(c.where);
-        const std::string utf8 = Bytes(c.fields[0]);
+        const std::string utf8 = zentu_test::Bytes(c.fields[0]);
         const std::wstring wide = ZentuFileUtil::from_utf8(utf8);
         EXPECT_EQ(CodeUnits(wide), c.fields[1]);
         if (c.fields[2] == "1") {

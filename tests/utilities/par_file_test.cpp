@@ -18,14 +18,6 @@ namespace {
 // The tag of every failure of the reader.
 constexpr const char* TAG = "|%P|LIBUTIL|ZentuParFile";
 
-// A case field with each "<xHH>" replaced by the byte HH, for bytes a case file cannot show.
-std::string Bytes(std::string text) {
-    for (std::size_t at = text.find("<x"); at != std::string::npos; at = text.find("<x", at + 1)) {
-        text.replace(at, 5, 1, static_cast<char>(std::stoi(text.substr(at + 2, 2), nullptr, 16)));
-    }
-    return text;
-}
-
 // A whole parse on one line, so that a table can state it: "line:KEYWORD[id name]" per command,
 // "{line:name=value}" per item, '|' for the line feeds of a value.
 std::string Render(const ZentuParFile& file) {
@@ -88,7 +80,7 @@ class ParFileTest : public testing::Test {
 // and a name alone gathers the value lines after it.
 TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/par_renderings.txt", 2)) {
-        EXPECT_EQ(Parse(Bytes(c.fields[0])), Bytes(c.fields[1])) << c.where;
+        EXPECT_EQ(Parse(zentu_test::Bytes(c.fields[0])), zentu_test::Bytes(c.fields[1])) << c.where;
     }
 }
 
@@ -96,7 +88,7 @@ TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
 // printable excerpt.
 TEST_F(ParFileTest, RefusesMalformedFilesNamingFileAndLine) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/par_failures.txt", 2)) {
-        Write(Bytes(c.fields[0]));
+        Write(zentu_test::Bytes(c.fields[0]));
         EXPECT_EQ(FailureOf(path_), ShownPath() + c.fields[1]) << c.where;
     }
 }
