@@ -76,6 +76,8 @@ std::string DescribeAddress(std::uintptr_t address) {
     Dl_info info{};
     // A return address may lie just past the end of the calling function when the call is its
     // last instruction, so the byte before it names the caller.
+    // dladdr takes as a pointer what the frames give as a number.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
     if (dladdr(reinterpret_cast<void*>(address - 1), &info) == 0) {
         return std::string(ZentuUtilitiesTexts::UNKNOWN_MODULE);
     }

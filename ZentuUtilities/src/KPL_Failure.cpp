@@ -128,6 +128,7 @@ std::string KPL_Failure::Format(const char* format, ...) {
     char buffer[MAX_MESSAGE_LENGTH + 1];
     va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start above initialises it.
     const int length = std::vsnprintf(buffer, sizeof buffer, format, arguments);
     va_end(arguments);
     if (length < 0) {

@@ -54,6 +54,7 @@ void WriteToStandardError(int type, const std::string& message) {
 std::string FormatLine(const char* format, va_list arguments) {
     va_list sizing;
     va_copy(sizing, arguments);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller's va_start initialises it.
     const int length = std::vsnprintf(nullptr, 0, format, sizing);
     va_end(sizing);
     if (length <= 0) {

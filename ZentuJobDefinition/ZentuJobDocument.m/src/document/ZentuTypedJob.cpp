@@ -133,7 +133,7 @@ class ZentuTypedJobReader {
         return job_.document_.Commands()[index];
     }
 
-    void Report(const char* code, std::string message, const ZentuTextRange& range,
+    void Report(const char* code, const std::string& message, const ZentuTextRange& range,
                 const std::string& suggestion = {}) {
         job_.findings_.push_back(
             zentu_finding(code, one_line(message), range, suggestion_of(suggestion)));

@@ -60,8 +60,9 @@ std::string joined(const std::vector<std::string>& parts, const char* separator,
 
 // The first places, in brackets after prefix, marked when there are more.
 std::string places(const std::vector<std::string>& all, const std::string& prefix = {}) {
-    const std::vector<std::string> first(all.begin(),
-                                         all.begin() + std::min(all.size(), LISTED_PLACES));
+    const std::vector<std::string> first(
+        all.begin(),
+        all.begin() + static_cast<std::ptrdiff_t>(std::min(all.size(), LISTED_PLACES)));
     std::string text = prefix + joined(first, Messages::LIST_SEPARATOR, Messages::LIST_SEPARATOR);
     if (all.size() > first.size()) {
         text += Messages::LIST_CUT_SHORT;
@@ -75,6 +76,7 @@ std::string line_places(const std::vector<std::size_t>& lines) {
         return places({KPL_Failure::Format(Messages::LOSS_LINE, lines.front())});
     }
     std::vector<std::string> numbers;
+    numbers.reserve(lines.size());
     for (std::size_t line : lines) {
         numbers.push_back(std::to_string(line));
     }
@@ -84,6 +86,7 @@ std::string line_places(const std::vector<std::size_t>& lines) {
 // "(line 5: 1.0 -> 1, ...)", each text quoted short.
 std::string rewrite_places(const std::vector<ZentuRewrittenText>& texts) {
     std::vector<std::string> rewrites;
+    rewrites.reserve(texts.size());
     for (const ZentuRewrittenText& text : texts) {
         rewrites.push_back(KPL_Failure::Format(Messages::LOSS_REWRITTEN, text.line,
                                                ZentuStringUtil::excerpt(text.written).c_str(),

@@ -2,36 +2,26 @@
 
 // A schema as the JSON document that reads back to it.
 
-using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::DataType;
 
-namespace {
-
-using Json = ZentuJson;
-using ItemSchema = ZentuItemSchema;
-using CommandSchema = ZentuCommandSchema;
-using RuleSchema = ZentuRuleSchema;
-
-}  // namespace
-
-Json ZentuJobSchema::ToJson() const {
+ZentuJson ZentuJobSchema::ToJson() const {
     const ZentuJobSchema& schema = *this;
-    Json commands = Json::array();
-    for (const CommandSchema& command : schema.commands) {
-        Json items = Json::array();
-        for (const ItemSchema& item : command.items) {
-            Json entry = {
+    ZentuJson commands = ZentuJson::array();
+    for (const ZentuCommandSchema& command : schema.commands) {
+        ZentuJson items = ZentuJson::array();
+        for (const ZentuItemSchema& item : command.items) {
+            ZentuJson entry = {
                 {"name", item.name},
                 {"kind", ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(item.kind)]},
                 {"type", zentu_data_type_name(item.type)}};
             if (item.type == DataType::ENUM) {
-                Json keywords = Json::object();
+                ZentuJson keywords = ZentuJson::object();
                 for (const auto& [keyword, value] : item.keywords) {
                     keywords[keyword] = value;
                 }
                 entry["keywords"] = keywords;
             }
-            if (item.references != Cmd::CMD_PLACEHOLDER) {
+            if (item.references != ZentuCmdDefs::Cmd::CMD_PLACEHOLDER) {
                 entry["references"] =
                     ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
             }
@@ -55,25 +45,26 @@ Json ZentuJobSchema::ToJson() const {
             }
             items.push_back(entry);
         }
-        Json entry = {{"keyword", command.keyword},
-                      {"kind", ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]},
-                      {"create_default", command.create_default}};
+        ZentuJson entry = {
+            {"keyword", command.keyword},
+            {"kind", ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]},
+            {"create_default", command.create_default}};
         if (!command.description.empty()) {
             entry["description"] = command.description;
         }
         entry["items"] = items;
         commands.push_back(entry);
     }
-    Json rules = Json::array();
-    for (const RuleSchema& rule : schema.rules) {
-        Json entry = {{"rule", rule.rule}};
+    ZentuJson rules = ZentuJson::array();
+    for (const ZentuRuleSchema& rule : schema.rules) {
+        ZentuJson entry = {{"rule", rule.rule}};
         entry.update(rule.parameters);
         if (!rule.description.empty()) {
             entry["description"] = rule.description;
         }
         rules.push_back(entry);
     }
-    Json document = Json::object();
+    ZentuJson document = ZentuJson::object();
     if (!schema.description.empty()) {
         document["description"] = schema.description;
     }

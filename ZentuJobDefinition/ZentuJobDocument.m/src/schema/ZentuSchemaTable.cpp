@@ -6,17 +6,12 @@
 
 // A schema as the table that `zentu-cmd schema` prints for people.
 
-using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::DataType;
 
 namespace {
 
-using ItemSchema = ZentuItemSchema;
-using CommandSchema = ZentuCommandSchema;
-using RuleSchema = ZentuRuleSchema;
-
 // The default as a schema file writes it, texts without their quotes.
-std::string default_text(const ItemSchema& item) {
+std::string default_text(const ZentuItemSchema& item) {
     if (item.default_value.is_null()) {
         return {};
     }
@@ -25,7 +20,7 @@ std::string default_text(const ItemSchema& item) {
 }
 
 // ", required, multiple, min 0, max 1" as far as the item has them.
-std::string constraints_text(const ItemSchema& item) {
+std::string constraints_text(const ZentuItemSchema& item) {
     std::ostringstream text;
     text << (item.required ? ", required" : "") << (item.multiple ? ", multiple" : "");
     if (item.min) {
@@ -38,8 +33,8 @@ std::string constraints_text(const ItemSchema& item) {
 }
 
 // What values the item takes: the kind of command it refers to or its keywords.
-std::string values_text(const ItemSchema& item) {
-    if (item.references != Cmd::CMD_PLACEHOLDER) {
+std::string values_text(const ZentuItemSchema& item) {
+    if (item.references != ZentuCmdDefs::Cmd::CMD_PLACEHOLDER) {
         return std::string(item.type == DataType::LIST ? "each element " : "") + "refers to " +
                ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(item.references)];
     }
@@ -57,7 +52,7 @@ void ZentuJobSchema::PrintTable(std::ostream& out) const {
     if (!schema.description.empty()) {
         out << schema.description << "\n\n";
     }
-    for (const CommandSchema& command : schema.commands) {
+    for (const ZentuCommandSchema& command : schema.commands) {
         out << command.keyword << " ("
             << ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.kind)]
             << (command.create_default ? ", created by default" : "") << ")";
@@ -66,10 +61,10 @@ void ZentuJobSchema::PrintTable(std::ostream& out) const {
         }
         out << "\n";
         std::size_t width = 4;
-        for (const ItemSchema& item : command.items) {
+        for (const ZentuItemSchema& item : command.items) {
             width = std::max(width, item.name.size());
         }
-        for (const ItemSchema& item : command.items) {
+        for (const ZentuItemSchema& item : command.items) {
             std::ostringstream line;
             line << "  " << item.name << std::string(width - item.name.size() + 2, ' ')
                  << zentu_data_type_name(item.type);
@@ -88,7 +83,7 @@ void ZentuJobSchema::PrintTable(std::ostream& out) const {
         out << "\n";
     }
     out << "Rules, in the order in which they run:\n";
-    for (const RuleSchema& rule : schema.rules) {
+    for (const ZentuRuleSchema& rule : schema.rules) {
         out << "  " << rule.rule;
         if (!rule.parameters.empty()) {
             out << " " << rule.parameters.dump();
