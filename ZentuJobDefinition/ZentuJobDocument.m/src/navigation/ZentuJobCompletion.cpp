@@ -122,8 +122,9 @@ class Completer {
             }
             const ZentuDocumentCommand& command = document_.Commands()[use.command];
             const ZentuCommandSchema* described = ZentuDocumentSchema::command_of(schema_, command);
-            candidates_.push_back({Kind::IDENTIFIER, mark + command.items[use.item].value + mark,
-                                   command.keyword,
+            std::string label = mark;
+            label.append(command.items[use.item].value).append(mark);
+            candidates_.push_back({Kind::IDENTIFIER, std::move(label), command.keyword,
                                    described == nullptr ? std::string() : described->description});
         }
     }
