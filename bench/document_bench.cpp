@@ -5,11 +5,8 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
-#include <map>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "KPL_LogMacros.h"
 #include "ZentuBoundRules.h"
@@ -19,40 +16,13 @@
 #include "ZentuTypedJob.h"
 #include "bench_support.h"
 #include "job_files.h"
-#include "job_generator.h"
 
 namespace {
-
-// The generator names a group's list ELEMENTS; the built-in schema names it ELEMENT_GROUP.
-constexpr std::string_view GENERATED_LIST_NAME = "  ELEMENTS";
-constexpr std::string_view BUILTIN_LIST_NAME = "  ELEMENT_GROUP";
 
 // Both readers read with the schema that front ends use.
 const ZentuJobSchema& Schema() {
     static const ZentuJobSchema schema = ZentuJobSchema::Builtin();
     return schema;
-}
-
-// A generated job in the built-in schema's words, so that both readers type every item instead
-// of passing most lists by as undescribed; written once per size.
-std::filesystem::path BuiltinJob(std::size_t commandCount) {
-    static std::map<std::size_t, std::filesystem::path> paths;
-    auto [entry, added] = paths.try_emplace(commandCount);
-    if (added) {
-        const std::string generated = ZentuJobGenerator::job_text(commandCount);
-        std::string text;
-        std::size_t copied = 0;
-        for (std::size_t at = generated.find(GENERATED_LIST_NAME); at != std::string::npos;
-             at = generated.find(GENERATED_LIST_NAME, copied)) {
-            text.append(generated, copied, at - copied).append(BUILTIN_LIST_NAME);
-            copied = at + GENERATED_LIST_NAME.size();
-        }
-        text.append(generated, copied);
-        entry->second =
-            JobFiles::Instance().Scratch("builtin_" + std::to_string(commandCount) + ".par");
-        std::ofstream(entry->second, std::ios::binary) << text;
-    }
-    return entry->second;
 }
 
 // The size of the job that the benchmark runs on, in commands.
@@ -70,7 +40,7 @@ void silence_warnings() {
 // before is destroyed outside the time, as the reader's container is.
 void BM_ReadTypedJob(benchmark::State& state) {
     silence_warnings();
-    const std::string path = BuiltinJob(command_count(state)).string();
+    const std::string path = JobFiles::Instance().BuiltinJob(command_count(state)).string();
     std::optional<ZentuTypedJob> job;
     for (auto _ : state) {
         state.PauseTiming();
@@ -84,8 +54,9 @@ void BM_ReadTypedJob(benchmark::State& state) {
 // The parameter-file reader with the configuration that the same schema describes.
 void BM_ReadParFileWithSchema(benchmark::State& state) {
     silence_warnings();
-    const ZentuParFileAdapter adapter(BuiltinJob(command_count(state)).wstring(),
-                                      Schema().BuildConfig(ZentuCompletion::FULL));
+    const ZentuParFileAdapter adapter(
+        JobFiles::Instance().BuiltinJob(command_count(state)).wstring(),
+        Schema().BuildConfig(ZentuCompletion::FULL));
     const ZentuBoundRules::Scope rules(Schema().BoundRules());
     ZentuBenchSupport::run_on_fresh_containers(
         state, [](ZentuCmdContainer&) {},

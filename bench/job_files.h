@@ -15,6 +15,11 @@ class JobFiles {
     // The file of the job of commandCount commands, written the first time that it is asked for.
     std::filesystem::path Job(std::size_t commandCount);
 
+    // The file of the job of commandCount commands in the built-in schema's words, so that
+    // readers with that schema type every item instead of passing most lists by as undescribed;
+    // written the first time that it is asked for.
+    std::filesystem::path BuiltinJob(std::size_t commandCount);
+
     // A file of this run's directory that benchmarks may write, named name.
     std::filesystem::path Scratch(const std::string& name) const;
 
@@ -27,4 +32,5 @@ class JobFiles {
 
     const std::filesystem::path directory_;
     std::map<std::size_t, std::filesystem::path> jobs_;
+    std::map<std::size_t, std::filesystem::path> builtinJobs_;
 };

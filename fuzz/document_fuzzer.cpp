@@ -13,6 +13,7 @@
 #include "ZentuJobSchema.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "document_ranges.h"
 #include "fuzz_support.h"
 
 namespace {
@@ -23,37 +24,16 @@ const ZentuJobSchema& Schema() {
     return schema;
 }
 
-// The characters of a line that a column can stand on, plus the place after the last one.
-std::size_t LastColumn(const ZentuJobDocument& document, std::size_t line) {
-    if (line > document.Lines().size()) {
-        return 1;
-    }
-    return document.ColumnOf(line, document.LineText(line).size());
-}
-
-// A range starts no later than it ends, and both ends stand on a line of the text (line 1 of an
-// empty text) within its characters.
-bool Inside(const ZentuJobDocument& document, const ZentuTextRange& range) {
-    const std::size_t lines = std::max<std::size_t>(1, document.Lines().size());
-    const bool ordered = range.line < range.end_line ||
-                         (range.line == range.end_line && range.column <= range.end_column);
-    return ordered && range.line >= 1 && range.end_line <= lines && range.column >= 1 &&
-           range.column <= LastColumn(document, range.line) &&
-           range.end_column <= LastColumn(document, range.end_line);
-}
-
-void RequireInside(const ZentuJobDocument& document, const ZentuTextRange& range,
-                   const char* promise) {
-    zentu_fuzz::Require(Inside(document, range), promise);
-}
-
 // Every place that the document gives for its commands and items lies inside the text.
 void RequireLocated(const ZentuJobDocument& document) {
     for (const ZentuDocumentCommand& command : document.Commands()) {
-        RequireInside(document, command.keyword_range, "a keyword lies inside the text");
+        zentu_fuzz::RequireInside(document, command.keyword_range,
+                                  "a keyword lies inside the text");
         for (const ZentuDocumentItem& item : command.items) {
-            RequireInside(document, item.name_range, "an item's name lies inside the text");
-            RequireInside(document, item.value_range, "an item's value lies inside the text");
+            zentu_fuzz::RequireInside(document, item.name_range,
+                                      "an item's name lies inside the text");
+            zentu_fuzz::RequireInside(document, item.value_range,
+                                      "an item's value lies inside the text");
         }
     }
 }
@@ -111,7 +91,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     RequireFormatKeepsTheJob(document, text);
     const ZentuTypedJob job(std::move(document), Schema(), ZentuCompletion::FULL);
     for (const ZentuFinding& finding : job.Findings()) {
-        RequireInside(job.Document(), finding.range, "a finding lies inside the text");
+        zentu_fuzz::RequireInside(job.Document(), finding.range, "a finding lies inside the text");
     }
     return 0;
 }

@@ -67,10 +67,10 @@ int CheckCommand::Run(const RunContext& context) {
     int status = CHECK_CLEAN;
     const std::vector<ZentuJobChecks::SeverityOverride> overrides = Overrides();
     for (const std::string& input : expand_inputs(files_)) {
-        ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::FULL);
-        job.OverrideSeverities(overrides);
-        report->Add(input_name(input), job);
-        status = std::max(status, StatusOf(job));
+        InputJob read = read_input(input, context.schemas, ZentuCompletion::FULL);
+        read.job.OverrideSeverities(overrides);
+        report->Add(input_name(input), read.job);
+        status = std::max(status, StatusOf(read.job));
     }
     report->Finish();
     return status;

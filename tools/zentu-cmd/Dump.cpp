@@ -132,9 +132,9 @@ DumpCommand::DumpCommand(CLI::App& app)
 }
 
 int DumpCommand::Run(const RunContext& context) {
-    return use_each_job(expand_inputs(inputs_), context.schema,
-                        [](const std::string&, const std::string& name, const ZentuTypedJob& job) {
-                            print_json(dump_job(name, job), std::cout);
+    return use_each_job(expand_inputs(inputs_), context.schemas,
+                        [](const std::string&, const std::string& name, const InputJob& read) {
+                            print_json(dump_job(name, read.job), std::cout);
                         });
 }
 

@@ -13,9 +13,9 @@ ExpandCommand::ExpandCommand(CLI::App& app)
 int ExpandCommand::Run(const RunContext& context) {
     int status = 0;
     const int readStatus =
-        use_each_job(Inputs(), context.schema,
-                     [&](const std::string& input, const std::string&, const ZentuTypedJob& job) {
-                         status = std::max(status, DeliverCanonical(input, job, context.schema));
+        use_each_job(Inputs(), context.schemas,
+                     [&](const std::string& input, const std::string&, const InputJob& read) {
+                         status = std::max(status, DeliverCanonical(input, read.job, read.schema));
                      });
     return std::max(status, readStatus);
 }

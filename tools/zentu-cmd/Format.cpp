@@ -40,7 +40,8 @@ int FormatCommand::Run(const RunContext& context) {
 }
 
 int FormatCommand::FormatOne(const std::string& input, const RunContext& context) const {
-    const ZentuTypedJob job = read_input(input, context.schema, ZentuCompletion::NONE);
+    const InputJob read = read_input(input, context.schemas, ZentuCompletion::NONE);
+    const ZentuTypedJob& job = read.job;
     const std::string name = input_name(input);
     const ZentuJobDocument& document = job.Document();
     if (canonical_) {
@@ -53,15 +54,15 @@ int FormatCommand::FormatOne(const std::string& input, const RunContext& context
         return FAILED;
     }
     if (check_ || diff_) {
-        const std::string text =
-            canonical_ ? canonical_text(job.Container())
-                       : *ZentuJobFormatter::format_document(document, context.schema);
+        const std::string text = canonical_
+                                     ? canonical_text(job.Container())
+                                     : *ZentuJobFormatter::format_document(document, read.schema);
         return ReportChange(name, document.Text(), text);
     }
     if (canonical_) {
-        return DeliverCanonical(input, job, context.schema);
+        return DeliverCanonical(input, job, read.schema);
     }
-    return Deliver(input, *ZentuJobFormatter::format_document(document, context.schema));
+    return Deliver(input, *ZentuJobFormatter::format_document(document, read.schema));
 }
 
 int FormatCommand::ReportChange(const std::string& name, const std::string& before,

@@ -61,14 +61,15 @@ GraphCommand::GraphCommand(CLI::App& app)
 }
 
 int GraphCommand::Run(const RunContext& context) {
-    const ZentuTypedJob job = read_input(input_, context.schema, ZentuCompletion::FULL);
+    const InputJob read = read_input(input_, context.schemas, ZentuCompletion::FULL);
+    const ZentuTypedJob& job = read.job;
     if (job.HasErrors()) {
         for (const ZentuFinding& finding : job.Findings()) {
             print_finding_text(input_name(input_), finding, std::cerr);
         }
         return FAILED;
     }
-    const std::string dot = ZentuReferenceGraph(job, context.schema).ToDot();
+    const std::string dot = ZentuReferenceGraph(job, read.schema).ToDot();
     if (output_.empty()) {
         std::cout << dot;
     } else if (fs::path(output_).extension() == ".dot") {

@@ -47,30 +47,33 @@ std::vector<std::string> expand_inputs(const std::vector<std::string>& arguments
     return inputs;
 }
 
-ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
-                         ZentuCompletion completion) {
+InputJob read_input(const std::string& input, ZentuSchemaCache& schemas,
+                    ZentuCompletion completion) {
     if (input != STDIN_ARGUMENT) {
-        return ZentuTypedJob::ReadFile(input, schema, completion);
+        const ZentuJobSchema& schema = schemas.For(input);
+        return {schema, ZentuTypedJob::ReadFile(input, schema, completion)};
     }
+    // Standard input has no folder of its own: discovery looks in the working folder.
     std::string text(std::istreambuf_iterator<char>(std::cin), {});
-    return ZentuTypedJob::ReadText(std::move(text), STDIN_NAME, schema, completion);
+    const ZentuJobSchema& schema = schemas.For(std::string(), text);
+    return {schema, ZentuTypedJob::ReadText(std::move(text), STDIN_NAME, schema, completion)};
 }
 
 std::string input_name(const std::string& input) {
     return input == STDIN_ARGUMENT ? STDIN_NAME : input;
 }
 
-int use_each_job(const std::vector<std::string>& inputs, const ZentuJobSchema& schema,
+int use_each_job(const std::vector<std::string>& inputs, ZentuSchemaCache& schemas,
                  const JobUse& use) {
     int status = 0;
     for (const std::string& input : inputs) {
-        const ZentuTypedJob job = read_input(input, schema, ZentuCompletion::FULL);
+        const InputJob read = read_input(input, schemas, ZentuCompletion::FULL);
         const std::string name = input_name(input);
-        print_findings_text(name, job.Findings(), std::cerr);
-        if (job.HasErrors()) {
+        print_findings_text(name, read.job.Findings(), std::cerr);
+        if (read.job.HasErrors()) {
             status = FAILED;
         } else {
-            use(input, name, job);
+            use(input, name, read);
         }
     }
     return status;

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "ZentuJobSchema.h"
+#include "ZentuSchemaCache.h"
 #include "ZentuTypedJob.h"
 
 namespace zentu_cmd {
@@ -17,22 +17,28 @@ inline constexpr const char* STDIN_NAME = "<stdin>";
 // file below it (sorted), "-" as standard input.
 std::vector<std::string> expand_inputs(const std::vector<std::string>& arguments);
 
-// Reads one input ("-" for standard input) with the schema, completed as asked.
-ZentuTypedJob read_input(const std::string& input, const ZentuJobSchema& schema,
-                         ZentuCompletion completion);
+// A job read from an input, with the schema it was read with.
+struct InputJob {
+    const ZentuJobSchema& schema;
+    ZentuTypedJob job;
+};
+
+// Reads one input ("-" for standard input) with its schema, completed as asked.
+InputJob read_input(const std::string& input, ZentuSchemaCache& schemas,
+                    ZentuCompletion completion);
 
 // The name of an input in findings: the path as given, or "<stdin>".
 std::string input_name(const std::string& input);
 
 // What a subcommand does with one input that reads without errors: the input as given, its name
-// and the completed job.
-using JobUse = std::function<void(const std::string& input, const std::string& name,
-                                  const ZentuTypedJob& job)>;
+// and the completed job with its schema.
+using JobUse =
+    std::function<void(const std::string& input, const std::string& name, const InputJob& read)>;
 
-// Reads each input completed by the schema, prints its findings to standard error as check's text
+// Reads each input completed by its schema, prints its findings to standard error as check's text
 // does, and passes each input without errors to use; an input with errors is left alone. Returns
 // FAILED when an input had errors, else 0.
-int use_each_job(const std::vector<std::string>& inputs, const ZentuJobSchema& schema,
+int use_each_job(const std::vector<std::string>& inputs, ZentuSchemaCache& schemas,
                  const JobUse& use);
 
 }  // namespace zentu_cmd

@@ -28,9 +28,9 @@ SchemaCommand::SchemaCommand(CLI::App& app)
 
 int SchemaCommand::Run(const RunContext& context) {
     if (json_) {
-        std::cout << context.schema.ToJson().dump(2) << "\n";
+        std::cout << context.schemas.Default().ToJson().dump(2) << "\n";
     } else {
-        context.schema.PrintTable(std::cout);
+        context.schemas.Default().PrintTable(std::cout);
         print_known_rules(std::cout);
     }
     return 0;

@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "ZentuJobSchema.h"
+#include <optional>
+#include <string>
+
+#include "ZentuSchemaCache.h"
 
 namespace zentu_cmd {
 
@@ -12,8 +15,10 @@ inline constexpr int FAILED = 2;
 
 // What every subcommand receives besides its own options.
 struct RunContext {
-    // The schema that --schema names, or the built-in one.
-    const ZentuJobSchema& schema;
+    // The schemas of job files: the one that --schema names for every file, else each file's own.
+    ZentuSchemaCache& schemas;
+    // The path that --schema gives, if any.
+    std::optional<std::string> schemaPath;
     // Only findings and failures are printed.
     bool quiet = false;
 };

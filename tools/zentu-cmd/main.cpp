@@ -13,10 +13,11 @@
 #include "Graph.h"
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
+#include "Lsp.h"
 #include "SchemaCommand.h"
 #include "ToolError.h"
 #include "ZentuCmdEngineVersion.h"
-#include "ZentuJobSchema.h"
+#include "ZentuSchemaCache.h"
 
 namespace {
 
@@ -48,7 +49,8 @@ int main(int argc, char** argv) {
     bool quiet = false;
     bool verbose = false;
     app.add_option("--schema", schemaPath,
-                   "Use the schema in FILE.json instead of the built-in one (see `schema --json`)");
+                   "Use the schema in FILE.json for every job instead of the one each job names "
+                   "(see `schema --json`)");
     app.add_flag("-q,--quiet", quiet, "Print only findings and failures");
     app.add_flag("-v,--verbose", verbose, "Also print the library's trace lines");
 
@@ -59,6 +61,7 @@ int main(int argc, char** argv) {
     subcommands.push_back(std::make_unique<DumpCommand>(app));
     subcommands.push_back(std::make_unique<SchemaCommand>(app));
     subcommands.push_back(std::make_unique<GraphCommand>(app));
+    subcommands.push_back(std::make_unique<LspCommand>(app));
 
     try {
         app.parse(argc, argv);
@@ -70,9 +73,10 @@ int main(int argc, char** argv) {
                                            : KPL_LogMacros::LOG_WARNING);
 
     try {
-        const ZentuJobSchema schema =
-            schemaPath.empty() ? ZentuJobSchema::Builtin() : ZentuJobSchema::Load(schemaPath);
-        const RunContext context{schema, quiet};
+        const std::optional<std::string> schemaOverride =
+            schemaPath.empty() ? std::nullopt : std::optional<std::string>(schemaPath);
+        ZentuSchemaCache schemas(schemaOverride);
+        const RunContext context{schemas, schemaOverride, quiet};
         for (const auto& subcommand : subcommands) {
             if (subcommand->Chosen()) {
                 return subcommand->Run(context);

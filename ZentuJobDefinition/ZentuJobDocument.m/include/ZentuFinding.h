@@ -21,6 +21,22 @@ struct ZentuTextRange {
     }
 };
 
+// A place in a job file: 1-based line and column, the column counting characters.
+struct ZentuTextPosition {
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+
+// Whether the position lies in the range or right after its end, where a cursor that has just
+// written its text stands.
+inline bool zentu_range_touches(const ZentuTextRange& range, const ZentuTextPosition& position) {
+    const bool afterStart = position.line > range.line ||
+                            (position.line == range.line && position.column >= range.column);
+    const bool beforeEnd = position.line < range.end_line ||
+                           (position.line == range.end_line && position.column <= range.end_column);
+    return afterStart && beforeEnd;
+}
+
 // How bad a finding is.
 enum class ZentuSeverity { ERROR, WARNING, NOTE };
 

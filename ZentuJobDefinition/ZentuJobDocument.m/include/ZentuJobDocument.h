@@ -99,6 +99,9 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobDocument {
                               std::size_t end) const;
     // The column (1-based, in characters) of a byte offset of line n.
     std::size_t ColumnOf(std::size_t number, std::size_t offset) const;
+    // The byte offset in line n of a column (1-based, in characters); the line's end for a column
+    // past it.
+    std::size_t OffsetOf(std::size_t number, std::size_t column) const;
 
   private:
     friend class ZentuJobDocumentReader;

@@ -52,8 +52,9 @@ inline constexpr const char* EXPRESSION_TOO_DEEP =
 // What reads fine but is wrong.
 inline constexpr const char* DUPLICATE_IDENTIFIER =
     "identifier '%s' is given to %s on line %zu already; references always name that one";
-inline constexpr const char* DUPLICATE_ITEM = "%s is given again (first on line %zu); only the "
-                                              "first one counts";
+inline constexpr const char* DUPLICATE_ITEM =
+    "%s is given again (first on line %zu); only the "
+    "first one counts";
 inline constexpr const char* MISSING_ITEM = "%s%s has no %s, which the schema requires";
 inline constexpr const char* BELOW_MIN = "%s = %s is below its smallest allowed value %s";
 inline constexpr const char* ABOVE_MAX = "%s = %s is above its largest allowed value %s";
@@ -90,5 +91,9 @@ inline constexpr const char* LOSS_PLACES = " (%s)";
 inline constexpr const char* LIST_SEPARATOR = ", ";
 inline constexpr const char* LIST_LAST_SEPARATOR = " and ";
 inline constexpr const char* LIST_CUT_SHORT = ", ...";
+
+// A folder settings file that cannot name a schema (its path).
+inline constexpr const char* SETTINGS_NOT_AN_OBJECT = "%s: not a JSON object";
+inline constexpr const char* SETTINGS_SCHEMA_NOT_TEXT = "%s: \"schema\" must be a path";
 
 }  // namespace ZentuJobDocumentMessages

@@ -6,41 +6,29 @@
 
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
-#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuExpressionArithmetic.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "checks/ZentuExpressionExpansion.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
-using Weights = std::vector<std::pair<std::string, double>>;
+using ZentuExpressionExpansion::expanded_weights;
+using ZentuExpressionExpansion::Weights;
+using ZentuExpressionExpansion::weights_text;
 
 namespace {
 
-// The item that holds an operator's expression, and the names of what the expansion adds.
+// The item that holds an operator's expression.
 constexpr std::string_view EXPRESSION_ITEM = "ADD_FILE";
-constexpr std::string_view TERM_ITEM = "VARIABLE";
-constexpr std::string_view WEIGHT_ITEM = "WEIGHT";
-// How the expansion names the operators it generates for bracketed groups (upper case).
-constexpr std::string_view GENERATED_PREFIX = "_DRESPEXPR_";
 
 // Two weights are the same when they differ by rounding only.
 bool same_weight(double a, double b) {
     return std::fabs(a - b) <= 1e-9 * std::max({1.0, std::fabs(a), std::fabs(b)});
-}
-
-// "+2*A -1*B", or "nothing" for no terms.
-std::string weights_text(const Weights& weights) {
-    std::string text;
-    for (const auto& [name, weight] : weights) {
-        text += (text.empty() ? "" : " ") + std::string(weight < 0 ? "-" : "+") +
-                ZentuStringUtil::String(std::fabs(weight)) + "*" + name;
-    }
-    return text.empty() ? "nothing" : text;
 }
 
 // An expression that the expansion turns into exactly these weights: a flat sum of products.
@@ -54,53 +42,6 @@ std::string flat_expression(const Weights& weights) {
         text += text.empty() ? (weight < 0 ? "-" : "") + term : (weight < 0 ? " - " : " + ") + term;
     }
     return text;
-}
-
-void add_weight(Weights& weights, std::unordered_map<std::string, std::size_t>& index,
-                const std::string& name, double weight) {
-    const auto [found, added] = index.emplace(name, weights.size());
-    if (added) {
-        weights.emplace_back(name, weight);
-    } else {
-        weights[found->second].second += weight;
-    }
-}
-
-// The weight per response that the expansion gave a command: its generated terms, following
-// generated operators down and multiplying their weights. Items the file itself holds are not
-// part of the expansion.
-Weights expanded_weights(const ZentuTypedJob& job, const ZentuCmd& operatorCommand) {
-    Weights weights;
-    std::unordered_map<std::string, std::size_t> index;
-    std::vector<std::pair<const ZentuCmd*, double>> pending = {{&operatorCommand, 1.0}};
-    while (!pending.empty()) {
-        const auto [command, factor] = pending.back();
-        pending.pop_back();
-        std::vector<const ZentuCmd*> terms;
-        std::vector<double> factors;
-        for (const auto& item : command->GetItemRange(CmdItem::DV)) {
-            if (item->GetName() == TERM_ITEM &&
-                job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
-                terms.push_back(item->GetReference());
-            }
-        }
-        for (const auto& item : command->GetItemRange(CmdItem::OBJ_FUNC)) {
-            if (item->GetName() == WEIGHT_ITEM &&
-                job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
-                factors.push_back(item->GetReal());
-            }
-        }
-        for (std::size_t k = 0; k < terms.size() && k < factors.size(); ++k) {
-            const std::string name =
-                terms[k] != nullptr ? ZentuCmdIdentifier::text_of(*terms[k]) : "";
-            if (name.rfind(GENERATED_PREFIX, 0) == 0) {
-                pending.emplace_back(terms[k], factor * factors[k]);
-            } else {
-                add_weight(weights, index, name, factor * factors[k]);
-            }
-        }
-    }
-    return weights;
 }
 
 bool same_weights(const Weights& expanded, const Weights& read) {

@@ -284,6 +284,25 @@ std::size_t ZentuJobDocument::ColumnOf(std::size_t number, std::size_t offset) c
            }));
 }
 
+std::size_t ZentuJobDocument::OffsetOf(std::size_t number, std::size_t column) const {
+    std::string_view line = LineText(number);
+    if (!line.empty() && line.back() == '\r') {
+        line.remove_suffix(1);
+    }
+    std::size_t offset = 0;
+    if (number == 1 && line.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
+        offset = BYTE_ORDER_MARK.size();
+    }
+    for (std::size_t characters = 1; offset < line.size(); ++offset) {
+        const bool starts =
+            !ZentuStringUtil::is_utf8_continuation(static_cast<unsigned char>(line[offset]));
+        if (starts && characters++ == column) {
+            break;
+        }
+    }
+    return offset;
+}
+
 ZentuTextRange ZentuJobDocument::RangeOf(std::size_t number, std::size_t begin,
                                          std::size_t end) const {
     return ZentuTextRange{number, ColumnOf(number, begin), number, ColumnOf(number, end)};
