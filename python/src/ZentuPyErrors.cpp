@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "KPL_Failure.h"
+#include "ZentuPyJson.h"
 
 namespace py = pybind11;
 
@@ -23,9 +24,9 @@ std::string located(const std::string& message, const std::optional<std::string>
 // that no Python object outlives the interpreter in a static.
 void raise_error(const ZentuScriptError& error) {
     const py::object type = py::module_::import("zentu._zentu").attr(ERROR_NAME);
-    const py::object instance = type(error.what());
-    instance.attr("message") = error.message;
-    instance.attr("path") = error.path ? py::cast(*error.path) : py::none();
+    const py::object instance = type(to_python_text(error.what()));
+    instance.attr("message") = to_python_text(error.message);
+    instance.attr("path") = error.path ? py::object(to_python_text(*error.path)) : py::none();
     instance.attr("line") = error.line ? py::cast(*error.line) : py::none();
     PyErr_SetObject(type.ptr(), instance.ptr());
 }

@@ -45,7 +45,8 @@ ZENTU_JOB_DOCUMENT_API ZentuTextEdit add_command(const ZentuJobDocument& documen
                                                  const std::string& keyword,
                                                  const std::string& identifier);
 
-// Removes the lines of the command, from its keyword to its END_, and one empty line after it.
+// Removes the lines of the command, from its keyword to its END_, and the empty line after it, or
+// before it at the end of the file.
 ZENTU_JOB_DOCUMENT_API ZentuTextEdit remove_command(const ZentuJobDocument& document,
                                                     std::size_t command);
 
@@ -59,7 +60,8 @@ ZENTU_JOB_DOCUMENT_API const ZentuCmd* command_written_at(const ZentuTypedJob& j
                                                           std::size_t index);
 
 // The findings of the job read from the edited text for which the edit is refused: errors on
-// the lines that the edit wrote, and errors about the structure of the file anywhere.
+// the lines that the edit wrote, but for missing items, and errors about the structure of the
+// file anywhere.
 ZENTU_JOB_DOCUMENT_API std::vector<ZentuFinding> refusals(const ZentuTypedJob& edited,
                                                           const ZentuTextEdit& edit);
 

@@ -36,6 +36,11 @@ std::size_t after_line(const ZentuJobDocument& document, std::size_t number) {
     return std::min(document.Lines()[number - 1].end + 1, document.Text().size());
 }
 
+// Whether line n holds nothing but blanks.
+bool is_empty_line(const ZentuJobDocument& document, std::size_t number) {
+    return document.LineText(number).find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
 // The lines of an item NAME = value, or of a name alone with its value lines under it.
 std::string item_lines(const std::string& indent, const std::string& name, const std::string& value,
                        bool nameAlone) {
@@ -69,6 +74,13 @@ std::size_t line_feeds(const std::string& text, std::size_t begin, std::size_t e
 bool is_structure_error(const ZentuFinding& finding) {
     return finding.severity == ZentuSeverity::ERROR &&
            (finding.code == ZentuFindingCodes::IO || finding.code == ZentuFindingCodes::SYNTAX);
+}
+
+// An error about what the edit wrote. A missing item is none: a command that a script builds
+// lacks its required items until they are set, one edit after the other.
+bool is_refused_text(const ZentuFinding& finding) {
+    return finding.severity == ZentuSeverity::ERROR &&
+           finding.code != ZentuFindingCodes::MISSING_ITEM;
 }
 
 }  // namespace
@@ -116,12 +128,15 @@ ZentuTextEdit ZentuJobEdits::add_command(const ZentuJobDocument& document,
 
 ZentuTextEdit ZentuJobEdits::remove_command(const ZentuJobDocument& document, std::size_t command) {
     const ZentuDocumentCommand& written = document.Commands()[command];
+    const std::size_t first = written.line;
     const std::size_t last = written.end_line == 0 ? document.Lines().size() : written.end_line;
-    const bool emptyAfter =
-        last < document.Lines().size() &&
-        document.LineText(last + 1).find_first_not_of(" \t\r") == std::string_view::npos;
-    return {
-        line_begin(document, written.line), after_line(document, emptyAfter ? last + 1 : last), {}};
+    const bool textAfter = after_line(document, last) < document.Text().size();
+    if (textAfter && is_empty_line(document, last + 1)) {
+        return {line_begin(document, first), after_line(document, last + 1), {}};
+    }
+    // At the end of the file the empty line that separated the command goes with it.
+    const bool emptyBefore = first > 1 && is_empty_line(document, first - 1);
+    return {line_begin(document, emptyBefore ? first - 1 : first), after_line(document, last), {}};
 }
 
 std::optional<std::size_t> ZentuJobEdits::written_command(const ZentuTypedJob& job,
@@ -156,8 +171,7 @@ std::vector<ZentuFinding> ZentuJobEdits::refusals(const ZentuTypedJob& edited,
                  [&](const ZentuFinding& finding) {
                      const bool onEdit =
                          finding.range.line >= first && finding.range.line < first + written;
-                     return is_structure_error(finding) ||
-                            (finding.severity == ZentuSeverity::ERROR && onEdit);
+                     return is_structure_error(finding) || (onEdit && is_refused_text(finding));
                  });
     return refused;
 }
