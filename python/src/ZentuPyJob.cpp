@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include <pybind11/stl.h>
 #include <pybind11/stl/filesystem.h>
