@@ -144,6 +144,8 @@ REFUSED = [
     (TOPOLOGY, lambda job: job.find("max_volume").set("VALUE", "abc"), 111),
     (TOPOLOGY, lambda job: job.find("max_volume").set("VALUE", "1\nEND_"), None),
     (TOPOLOGY, lambda job: job.find("max_volume").remove("NOTHING"), None),
+    (TOPOLOGY, lambda job: job.find("max_volume").set("#VALUE", "1"), None),
+    (TOPOLOGY, lambda job: job.find("max_volume").set("VALUE X", "1"), None),
     ("examples/loadcases.par", lambda job: job.commands("STOP")[0].set("ITER_MAX", "5"), None),
 ]
 

@@ -29,7 +29,8 @@ ZENTU_JOB_DOCUMENT_API std::string apply(const std::string& text, const ZentuTex
 
 // Gives the first item of the command named name (in any case) the value, in its place, with its
 // name as written and its indentation; adds the item before the command's END_ when it has none.
-// A value of several lines is written with the name alone on its line.
+// A value of several lines is written with the name alone on its line. Throws KPL_Failure for a
+// name that would not read back as one (empty, with blanks or '=', or beginning with '#').
 ZENTU_JOB_DOCUMENT_API ZentuTextEdit set_item(const ZentuJobDocument& document, std::size_t command,
                                               const std::string& name, const std::string& value);
 

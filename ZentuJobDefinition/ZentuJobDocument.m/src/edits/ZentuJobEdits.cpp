@@ -1,11 +1,14 @@
 #include "ZentuJobEdits.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 
+#include "KPL_Failure.h"
 #include "ZentuCmd.h"
 #include "ZentuCommandIdentifier.h"
 #include "ZentuJobDocument.h"
+#include "ZentuJobDocumentMessages.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
 
@@ -18,6 +21,7 @@ constexpr const char* VALUE_INDENT = "  ";
 // The name of the item that holds a command's identifier.
 constexpr const char* ID_NAME = "ID_NAME";
 
+// Whether a name as written is the name asked for; names are compared in any case.
 bool same_name(const std::string& written, const std::string& name) {
     return ZentuStringUtil::equals_ignoring_case(written, ZentuStringUtil::to_upper(name));
 }
@@ -28,10 +32,12 @@ std::string indent_of(const ZentuJobDocument& document, std::size_t number) {
     return std::string(text.substr(0, text.find_first_not_of(" \t")));
 }
 
-// The byte where line n begins, and the byte after its line feed (or the end of the text).
+// The byte where line n begins.
 std::size_t line_begin(const ZentuJobDocument& document, std::size_t number) {
     return document.Lines()[number - 1].begin;
 }
+
+// The byte after the line feed of line n, or the end of a text whose last line has none.
 std::size_t after_line(const ZentuJobDocument& document, std::size_t number) {
     return std::min(document.Lines()[number - 1].end + 1, document.Text().size());
 }
@@ -56,6 +62,21 @@ std::string item_lines(const std::string& indent, const std::string& name, const
     return lines;
 }
 
+// Refuses a name that would not read back as the name of an item: the reader would take it for
+// a comment, split it at '=', or cut it at a blank.
+void require_item_name(const std::string& name) {
+    const bool oneWord =
+        !name.empty() && name.front() != '#' && std::none_of(name.begin(), name.end(), [](char c) {
+            return c == '=' || std::isspace(static_cast<unsigned char>(c)) ||
+                   std::iscntrl(static_cast<unsigned char>(c));
+        });
+    if (!oneWord) {
+        throw KPL_Failure(KPL_Failure::Format(ZentuJobDocumentMessages::NOT_AN_ITEM_NAME,
+                                              ZentuStringUtil::excerpt(name).c_str()),
+                          ZentuJobDocumentMessages::EDITS_TAG);
+    }
+}
+
 // The first item of the command of that name, or null.
 const ZentuDocumentItem* find_item(const ZentuDocumentCommand& command, const std::string& name) {
     const auto found =
@@ -71,6 +92,7 @@ std::size_t line_feeds(const std::string& text, std::size_t begin, std::size_t e
                                                '\n'));
 }
 
+// An error that leaves lines of the file unknown for what they are, wherever it is.
 bool is_structure_error(const ZentuFinding& finding) {
     return finding.severity == ZentuSeverity::ERROR &&
            (finding.code == ZentuFindingCodes::IO || finding.code == ZentuFindingCodes::SYNTAX);
@@ -91,6 +113,7 @@ std::string ZentuJobEdits::apply(const std::string& text, const ZentuTextEdit& e
 
 ZentuTextEdit ZentuJobEdits::set_item(const ZentuJobDocument& document, std::size_t command,
                                       const std::string& name, const std::string& value) {
+    require_item_name(name);
     const ZentuDocumentCommand& written = document.Commands()[command];
     if (const ZentuDocumentItem* item = find_item(written, name)) {
         return {line_begin(document, item->line), after_line(document, item->last_line),

@@ -15,18 +15,16 @@
 #include "ZentuCmdItemDefs.h"
 #include "ZentuCmdParOutput.h"
 #include "ZentuFileUtil.h"
+#include "ZentuJobDocumentMessages.h"
 #include "ZentuParFile.h"
 
 namespace fs = std::filesystem;
 
 namespace {
 
-// The tag of the failures of writing a job file.
-constexpr const char* FILES_TAG = "|%P|ZentuJobDocument|ZentuJobFiles";
-
 // A failure whose message is ready to be shown to the user as it stands.
 KPL_Failure failure(const std::string& message) {
-    return KPL_Failure(message, FILES_TAG);
+    return KPL_Failure(message, ZentuJobDocumentMessages::FILES_TAG);
 }
 
 // Symbolic links followed at most before a chain counts as a loop, as the system counts.
