@@ -12,7 +12,8 @@ class ZentuCmd;
 class ZentuJobDocument;
 class ZentuTypedJob;
 
-// One change of a job file's text: the bytes [begin, end) give way to text.
+// One change of a job file's text: the bytes [begin, end) give way to text. The edits below
+// replace whole lines, so that text is empty or ends with a line feed.
 struct ZentuTextEdit {
     std::size_t begin = 0;
     std::size_t end = 0;

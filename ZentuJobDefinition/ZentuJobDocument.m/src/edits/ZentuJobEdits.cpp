@@ -187,8 +187,7 @@ std::vector<ZentuFinding> ZentuJobEdits::refusals(const ZentuTypedJob& edited,
                                                   const ZentuTextEdit& edit) {
     const std::string& text = edited.Document().Text();
     const std::size_t first = line_feeds(text, 0, edit.begin) + 1;
-    const std::size_t written = line_feeds(edit.text, 0, edit.text.size()) +
-                                (!edit.text.empty() && edit.text.back() != '\n' ? 1 : 0);
+    const std::size_t written = line_feeds(edit.text, 0, edit.text.size());
     std::vector<ZentuFinding> refused;
     std::copy_if(edited.Findings().begin(), edited.Findings().end(), std::back_inserter(refused),
                  [&](const ZentuFinding& finding) {
