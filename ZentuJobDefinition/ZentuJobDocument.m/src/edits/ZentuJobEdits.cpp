@@ -6,7 +6,7 @@
 
 #include "KPL_Failure.h"
 #include "ZentuCmd.h"
-#include "ZentuCommandIdentifier.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuJobDocument.h"
 #include "ZentuJobDocumentMessages.h"
 #include "ZentuStringUtil.h"
@@ -170,7 +170,7 @@ std::optional<std::size_t> ZentuJobEdits::written_command(const ZentuTypedJob& j
     }
     const ZentuDocumentCommand& written = job.Document().Commands()[origin.command];
     const bool writesIt = same_name(written.keyword, command.GetName()) &&
-                          same_name(written.IdName(), zentu_identifier_of(command));
+                          same_name(written.IdName(), ZentuCmdIdentifier::text_of(command));
     return writesIt ? std::optional<std::size_t>(origin.command) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #include "ZentuJobJson.h"
 
 #include "ZentuCmd.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuTypedJob.h"
 
@@ -99,9 +100,8 @@ json ZentuJobJson::finding(const ZentuFinding& finding) {
 }
 
 json ZentuJobJson::identifier(const ZentuCmd& command) {
-    return command.HasItem(CmdItem::ID_NAME, 0)
-               ? json(command.Item(CmdItem::ID_NAME, 0).GetString())
-               : json(nullptr);
+    const ZentuCmdItem* item = ZentuCmdIdentifier::item_of(command);
+    return item != nullptr ? json(item->GetString()) : json(nullptr);
 }
 
 json ZentuJobJson::line(const ZentuTypedJob& job, const ZentuCmd& command) {
