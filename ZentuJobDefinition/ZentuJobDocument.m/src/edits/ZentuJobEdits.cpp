@@ -57,7 +57,7 @@ std::string item_lines(const std::string& indent, const std::string& name, const
     std::vector<std::string> valueLines;
     ZentuStringUtil::Split(value, "\n", valueLines);
     for (const std::string& line : valueLines) {
-        lines += indent + VALUE_INDENT + line + "\n";
+        lines.append(indent).append(VALUE_INDENT).append(line).append("\n");
     }
     return lines;
 }

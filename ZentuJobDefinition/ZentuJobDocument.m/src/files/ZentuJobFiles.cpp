@@ -45,8 +45,8 @@ fs::path create_temporary_beside(const fs::path& target) {
     std::random_device seed;
     std::mt19937_64 random(seed());
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path candidate = folder / ("." + target.filename().string() + ".zentu-" +
-                                             std::to_string(random() % 1000000000));
+        fs::path candidate = folder / ("." + target.filename().string() + ".zentu-" +
+                                       std::to_string(random() % 1000000000));
         // "x" fails when the file exists, so two writers never share a temporary file.
         if (std::FILE* file = std::fopen(candidate.string().c_str(), "wx")) {
             std::fclose(file);
