@@ -1,6 +1,7 @@
 #include "ZentuPyErrors.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "KPL_Failure.h"
 #include "ZentuPyJson.h"
@@ -63,7 +64,7 @@ void bind_errors(py::module_& module) {
     module.attr(ERROR_NAME) = type;
     py::register_exception_translator([](std::exception_ptr thrown) {
         try {
-            std::rethrow_exception(thrown);
+            std::rethrow_exception(std::move(thrown));
         } catch (const ZentuScriptError& error) {
             raise_error(error);
         } catch (const KPL_Exception& failure) {
