@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "ZentuCmd.h"
+#include "ZentuJobJson.h"
 
 using json = nlohmann::ordered_json;
 using ZentuCmdDefs::Cmd;
@@ -18,11 +19,6 @@ constexpr const char* SARIF_VERSION = "2.1.0";
 constexpr const char* SARIF_SCHEMA = "https://json.schemastore.org/sarif-2.1.0.json";
 // The name under which code-scanning tools show where the findings come from.
 constexpr const char* TOOL_NAME = "zentu-cmd";
-
-// A finding of a file that cannot be read belongs to no place in it.
-bool has_place(const ZentuFinding& finding) {
-    return finding.code != ZentuFindingCodes::IO;
-}
 
 // The number of errors and warnings among findings.
 struct Tally {
@@ -85,24 +81,6 @@ class TextReport : public FindingsReport {
     bool summaries_;
 };
 
-// A number of the finding's range, or null for a finding without place.
-json place_number(const ZentuFinding& finding, std::size_t number) {
-    return has_place(finding) ? json(number) : json(nullptr);
-}
-
-// A finding as the JSON report writes it.
-json diagnostic_of(const ZentuFinding& finding) {
-    const ZentuTextRange& range = finding.range;
-    return {{"severity", zentu_severity_name(finding.severity)},
-            {"code", finding.code},
-            {"message", finding.message},
-            {"line", place_number(finding, range.line)},
-            {"column", place_number(finding, range.column)},
-            {"end_line", place_number(finding, range.end_line)},
-            {"end_column", place_number(finding, range.end_column)},
-            {"suggestion", finding.suggestion ? json(*finding.suggestion) : json(nullptr)}};
-}
-
 // {"files": [{"path", "diagnostics"}], "errors", "warnings"}; every key always present, null
 // where a finding has no place or no suggestion.
 class JsonReport : public FindingsReport {
@@ -112,7 +90,7 @@ class JsonReport : public FindingsReport {
     void Add(const std::string& name, const ZentuTypedJob& job) override {
         json diagnostics = json::array();
         for (const ZentuFinding& finding : job.Findings()) {
-            diagnostics.push_back(diagnostic_of(finding));
+            diagnostics.push_back(ZentuJobJson::finding(finding));
         }
         tally_.Count(job.Findings());
         files_.push_back({{"path", name}, {"diagnostics", std::move(diagnostics)}});
@@ -161,7 +139,7 @@ json sarif_region(const ZentuTextRange& range) {
 // Where a finding is: its file, and its region when it has a place.
 json sarif_location(const std::string& uri, const ZentuFinding& finding) {
     json physical = {{"artifactLocation", {{"uri", uri}}}};
-    if (has_place(finding)) {
+    if (zentu_has_place(finding)) {
         physical["region"] = sarif_region(finding.range);
     }
     return {{"physicalLocation", std::move(physical)}};
@@ -218,7 +196,7 @@ class SarifReport : public FindingsReport {
         result["level"] = zentu_severity_name(finding.severity);
         result["message"] = {{"text", finding.message}};
         result["locations"] = json::array({sarif_location(uri, finding)});
-        if (finding.suggestion && has_place(finding)) {
+        if (finding.suggestion && zentu_has_place(finding)) {
             result["fixes"] = json::array({sarif_fix(uri, finding)});
         }
         return result;
@@ -271,7 +249,7 @@ class GithubReport : public FindingsReport {
         const std::string file = github_escaped(name, true);
         for (const ZentuFinding& finding : job.Findings()) {
             out_ << "::" << github_command(finding.severity) << " file=" << file;
-            if (has_place(finding)) {
+            if (zentu_has_place(finding)) {
                 const ZentuTextRange& range = finding.range;
                 out_ << ",line=" << range.line << ",col=" << range.column
                      << ",endLine=" << range.end_line << ",endColumn=" << range.end_column;
@@ -298,7 +276,7 @@ const std::map<std::string, FindingsFormat>& findings_formats() {
 
 void print_finding_text(const std::string& name, const ZentuFinding& finding, std::ostream& out) {
     out << name;
-    if (has_place(finding)) {
+    if (zentu_has_place(finding)) {
         out << ":" << finding.range.line;
     }
     out << ": " << zentu_severity_name(finding.severity) << "[" << finding.code

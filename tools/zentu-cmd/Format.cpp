@@ -5,8 +5,8 @@
 
 #include "FindingsOutput.h"
 #include "Inputs.h"
-#include "JobFiles.h"
 #include "UnifiedDiff.h"
+#include "ZentuJobFiles.h"
 #include "ZentuJobFormatter.h"
 
 namespace zentu_cmd {
@@ -54,9 +54,9 @@ int FormatCommand::FormatOne(const std::string& input, const RunContext& context
         return FAILED;
     }
     if (check_ || diff_) {
-        const std::string text = canonical_
-                                     ? canonical_text(job.Container())
-                                     : *ZentuJobFormatter::format_document(document, read.schema);
+        const std::string text =
+            canonical_ ? ZentuJobFiles::canonical_text(job.Container())
+                       : *ZentuJobFormatter::format_document(document, read.schema);
         return ReportChange(name, document.Text(), text);
     }
     if (canonical_) {

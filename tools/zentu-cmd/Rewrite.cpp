@@ -3,9 +3,10 @@
 #include <iostream>
 
 #include "Inputs.h"
-#include "JobFiles.h"
+#include "KPL_Failure.h"
 #include "ToolError.h"
 #include "ZentuCanonicalLosses.h"
+#include "ZentuJobFiles.h"
 
 namespace zentu_cmd {
 
@@ -50,14 +51,14 @@ std::vector<std::string> RewriteCommand::Inputs() const {
 int RewriteCommand::Deliver(const std::string& input, const std::string& text) const {
     try {
         if (inPlace_ && input != STDIN_ARGUMENT) {
-            write_text_file(text, input);
+            ZentuJobFiles::write_text_file(text, input);
         } else if (!output_.empty()) {
-            write_text_file(text, output_);
+            ZentuJobFiles::write_text_file(text, output_);
         } else {
             std::cout << text;
         }
-    } catch (const ToolError& error) {
-        return failed(error.what());
+    } catch (const KPL_Exception& error) {
+        return failed(error.GetMessage());
     }
     return 0;
 }
@@ -72,9 +73,9 @@ int RewriteCommand::DeliverCanonical(const std::string& input, const ZentuTypedJ
         }
     }
     try {
-        return Deliver(input, canonical_text(job.Container()));
-    } catch (const ToolError& error) {
-        return failed(input_name(input) + ": " + error.what());
+        return Deliver(input, ZentuJobFiles::canonical_text(job.Container()));
+    } catch (const KPL_Exception& error) {
+        return failed(input_name(input) + ": " + error.GetMessage());
     }
 }
 

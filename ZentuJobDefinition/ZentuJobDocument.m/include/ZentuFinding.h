@@ -59,6 +59,10 @@ struct ZentuFinding {
     }
 };
 
+// Whether the finding belongs to a place in its file; one about a file that cannot be read does
+// not.
+ZENTU_JOB_DOCUMENT_API bool zentu_has_place(const ZentuFinding& finding);
+
 // "error", "warning" or "note".
 ZENTU_JOB_DOCUMENT_API const char* zentu_severity_name(ZentuSeverity severity);
 

@@ -8,6 +8,15 @@ inline constexpr const char* SCHEMA_TAG = "|%P|ZentuJobDocument|ZentuJobSchema";
 // The tag of a failure of the bound rules.
 inline constexpr const char* BOUND_RULES_TAG = "|%P|ZentuJobDocument|ZentuBoundRules";
 
+// The tag of a failure to write a job file.
+inline constexpr const char* FILES_TAG = "|%P|ZentuJobDocument|ZentuJobFiles";
+// The tag of a refused edit.
+inline constexpr const char* EDITS_TAG = "|%P|ZentuJobDocument|ZentuJobEdits";
+
+// An edit names an item with a text that would not read back as that name (%s).
+inline constexpr const char* NOT_AN_ITEM_NAME =
+    "'%s' cannot name an item: a name is one word without '=' that does not begin with '#'";
+
 // A schema binds more rules of one type than the library has functions for (%zu, %s).
 inline constexpr const char* TOO_MANY_BOUND_RULES =
     "a schema may bind at most %zu %s rules; split the schema or use fewer rules";

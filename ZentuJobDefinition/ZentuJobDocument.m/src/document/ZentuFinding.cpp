@@ -33,6 +33,10 @@ constexpr CodeSeverity kCodes[] = {
 
 }  // namespace
 
+bool zentu_has_place(const ZentuFinding& finding) {
+    return finding.code != ZentuFindingCodes::IO;
+}
+
 const char* zentu_severity_name(ZentuSeverity severity) {
     switch (severity) {
         case ZentuSeverity::ERROR:

@@ -1,4 +1,4 @@
-#include "JobFiles.h"
+#include "ZentuJobFiles.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -11,18 +11,21 @@
 #include <system_error>
 
 #include "KPL_Failure.h"
-#include "ToolError.h"
 #include "ZentuCmdDefs.h"
 #include "ZentuCmdItemDefs.h"
 #include "ZentuCmdParOutput.h"
 #include "ZentuFileUtil.h"
+#include "ZentuJobDocumentMessages.h"
 #include "ZentuParFile.h"
 
 namespace fs = std::filesystem;
 
-namespace zentu_cmd {
-
 namespace {
+
+// A failure whose message is ready to be shown to the user as it stands.
+KPL_Failure failure(const std::string& message) {
+    return KPL_Failure(message, ZentuJobDocumentMessages::FILES_TAG);
+}
 
 // Symbolic links followed at most before a chain counts as a loop, as the system counts.
 constexpr int MAX_LINK_HOPS = 40;
@@ -42,19 +45,19 @@ fs::path create_temporary_beside(const fs::path& target) {
     std::random_device seed;
     std::mt19937_64 random(seed());
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const fs::path candidate = folder / ("." + target.filename().string() + ".zentu-" +
-                                             std::to_string(random() % 1000000000));
+        fs::path candidate = folder / ("." + target.filename().string() + ".zentu-" +
+                                       std::to_string(random() % 1000000000));
         // "x" fails when the file exists, so two writers never share a temporary file.
         if (std::FILE* file = std::fopen(candidate.string().c_str(), "wx")) {
             std::fclose(file);
             return candidate;
         }
         if (errno != EEXIST) {
-            throw ToolError(target.string() + ": cannot write in " + folder.string() + ": " +
-                            std::strerror(errno));
+            throw failure(target.string() + ": cannot write in " + folder.string() + ": " +
+                          std::strerror(errno));
         }
     }
-    throw ToolError(target.string() + ": cannot create a temporary file in " + folder.string());
+    throw failure(target.string() + ": cannot create a temporary file in " + folder.string());
 }
 
 // The library's writer reports nothing, so a write is trusted only when the file reads back
@@ -83,7 +86,7 @@ fs::path final_target(const std::string& path) {
     std::error_code error;
     for (int hop = 0; fs::is_symlink(target, error); ++hop) {
         if (hop == MAX_LINK_HOPS) {
-            throw ToolError(path + ": too many levels of symbolic links");
+            throw failure(path + ": too many levels of symbolic links");
         }
         const fs::path link = fs::read_symlink(target, error);
         target = link.is_absolute() ? link : target.parent_path() / link;
@@ -97,7 +100,7 @@ void refuse_read_only(const fs::path& file, const std::string& target) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
     if (fs::exists(status) && (status.permissions() & WRITE_PERMISSIONS) == fs::perms::none) {
-        throw ToolError(target + ": is read-only; left unchanged");
+        throw failure(target + ": is read-only; left unchanged");
     }
 }
 
@@ -111,7 +114,7 @@ bool write_to(const fs::path& file, const std::string& text) {
 
 }  // namespace
 
-std::string canonical_text(const ZentuCmdContainer& container) {
+std::string ZentuJobFiles::canonical_text(const ZentuCmdContainer& container) {
     const fs::path temporary = create_temporary_beside(fs::temp_directory_path() / "zentu-cmd");
     ZentuCmdParOutput(ZentuFileUtil::from_utf8(temporary.string()), container,
                       ZentuCmdDefs::get_default_cmd_names(), ZentuCmdItemDefs::CMD_ITEM_NAMES)
@@ -121,19 +124,19 @@ std::string canonical_text(const ZentuCmdContainer& container) {
     std::error_code error;
     fs::remove(temporary, error);
     if (!complete) {
-        throw ToolError("the library's writer could not write the job completely");
+        throw failure("the library's writer could not write the job completely");
     }
     return text;
 }
 
-void write_text_file(const std::string& text, const std::string& target) {
+void ZentuJobFiles::write_text_file(const std::string& text, const std::string& target) {
     const fs::path file = final_target(target);
     refuse_read_only(file, target);
     const fs::path temporary = create_temporary_beside(file);
     std::error_code error;
     if (!write_to(temporary, text)) {
         fs::remove(temporary, error);
-        throw ToolError(target + ": the text could not be written completely");
+        throw failure(target + ": the text could not be written completely");
     }
     if (fs::exists(file, error)) {
         fs::permissions(temporary, fs::status(file, error).permissions(), error);
@@ -142,8 +145,6 @@ void write_text_file(const std::string& text, const std::string& target) {
     if (error) {
         const std::string reason = error.message();
         fs::remove(temporary, error);
-        throw ToolError(target + ": cannot be replaced: " + reason);
+        throw failure(target + ": cannot be replaced: " + reason);
     }
 }
-
-}  // namespace zentu_cmd
