@@ -9,6 +9,7 @@
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 

@@ -8,6 +8,7 @@
 
 #include "ZentuCmdContainerIterator.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 

@@ -16,6 +16,7 @@
 #include "ZentuMathExpressions.h"
 #include "ZentuParFileAdapter.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 

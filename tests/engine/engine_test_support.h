@@ -28,7 +28,6 @@
 #include "ZentuCmdReferenceItem.h"
 #include "ZentuCmdScalarItem.h"
 #include "ZentuCmdStringItem.h"
-#include "zentu_test_cases.h"
 
 namespace zentu_test {
 

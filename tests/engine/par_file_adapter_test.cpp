@@ -9,6 +9,7 @@
 #include "ZentuCmdMetaData.h"
 #include "ZentuParFileAdapter.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
