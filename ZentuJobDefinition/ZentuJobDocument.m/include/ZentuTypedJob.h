@@ -10,6 +10,7 @@
 #include "ZentuJobDocument.h"
 #include "ZentuJobDocumentExport.h"
 #include "ZentuJobSchema.h"
+#include "ZentuPointerTable.h"
 
 class ZentuCmd;
 class ZentuCmdItem;
@@ -22,34 +23,8 @@ struct ZentuOrigin {
     std::size_t item = NONE;
 };
 
-// Origins by the address of the command or item they belong to, in one flat table with open
-// addressing: a big job looks origins up millions of times, and a node per entry would cost an
-// allocation each and a cache miss at every look.
-class ZentuOriginTable {
-  public:
-    // Room for count origins without growing.
-    void Reserve(std::size_t count);
-    // Gives key an origin unless it has one already; returns whether it did.
-    bool Insert(const void* key, const ZentuOrigin& origin);
-    // The origin of key, or null when it has none.
-    const ZentuOrigin* Find(const void* key) const;
-    // How many keys have an origin.
-    std::size_t Size() const { return size_; }
-
-  private:
-    struct Slot {
-        const void* key = nullptr;
-        ZentuOrigin origin;
-    };
-
-    // Spreads the entries over capacity slots, a power of two.
-    void Rehash(std::size_t capacity);
-    // The slot that holds key, or the empty slot where it belongs.
-    std::size_t SlotOf(const void* key) const;
-
-    std::vector<Slot> slots_;
-    std::size_t size_ = 0;
-};
+// Origins by the address of the command or item they belong to.
+using ZentuOriginTable = ZentuPointerTable<ZentuOrigin>;
 
 // A job file read into the library's container with a schema, on the document: the same
 // commands and items that ZentuParFileAdapter::Parse gives for a file without errors, completed

@@ -8,10 +8,12 @@ using ZentuCmdItemDefs::CmdItem;
 ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
     const auto& documentCommands = job.Document().Commands();
     commands_.assign(documentCommands.size(), nullptr);
-    items_.resize(documentCommands.size());
-    for (std::size_t c = 0; c < documentCommands.size(); ++c) {
-        items_[c].assign(documentCommands[c].items.size(), nullptr);
+    firstItems_.reserve(documentCommands.size() + 1);
+    firstItems_.push_back(0);
+    for (const ZentuDocumentCommand& command : documentCommands) {
+        firstItems_.push_back(firstItems_.back() + command.items.size());
     }
+    items_.assign(firstItems_.back(), nullptr);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
         // Generated commands carry the origin of what refers to them; the command read from the
@@ -25,7 +27,7 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
             for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                 const ZentuOrigin itemOrigin = job.OriginOf(command, *item);
                 if (itemOrigin.item != ZentuOrigin::NONE) {
-                    items_[origin.command][itemOrigin.item] = item.get();
+                    items_[firstItems_[origin.command] + itemOrigin.item] = item.get();
                 }
             }
         }

@@ -17,9 +17,14 @@ class ZentuJobView {
     const ZentuCmd* Command(std::size_t c) const { return commands_[c]; }
     // The item read from item i of document command c, or null when it was refused or the
     // schema does not describe it.
-    const ZentuCmdItem* Item(std::size_t c, std::size_t i) const { return items_[c][i]; }
+    const ZentuCmdItem* Item(std::size_t c, std::size_t i) const {
+        return items_[firstItems_[c] + i];
+    }
 
   private:
     std::vector<const ZentuCmd*> commands_;
-    std::vector<std::vector<const ZentuCmdItem*>> items_;
+    // The items of all commands in one sequence, those of document command c from firstItems_[c]:
+    // one allocation instead of one per command.
+    std::vector<std::size_t> firstItems_;
+    std::vector<const ZentuCmdItem*> items_;
 };

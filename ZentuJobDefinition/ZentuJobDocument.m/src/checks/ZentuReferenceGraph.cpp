@@ -9,6 +9,7 @@
 #include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuJobSchema.h"
+#include "ZentuPointerTable.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
 
@@ -56,8 +57,13 @@ std::string dot_string(const std::string& text) {
 }  // namespace
 
 ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJobSchema& schema) {
-    std::unordered_map<const ZentuCmd*, std::size_t> index;
+    // The file's commands, most of the job's: the tables grow for the few that rules add.
+    const std::size_t count = job.Document().Commands().size();
+    ZentuPointerTable<std::size_t> index;
+    index.Reserve(count);
     std::unordered_map<std::string, std::size_t> byIdentifier;
+    byIdentifier.reserve(count);
+    nodes_.reserve(count);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
         Node node;
@@ -70,22 +76,22 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
             node.line = read.line;
             node.fromFile = read.keyword == command.GetName() && origin.item == ZentuOrigin::NONE;
         }
-        index.emplace(&command, nodes_.size());
+        index.Insert(&command, nodes_.size());
         byIdentifier.emplace(node.identifier, nodes_.size());
         nodes_.push_back(std::move(node));
     }
-    for (const ZentuCmd& command : job.Container()) {
-        const std::size_t from = index.at(&command);
+    for (std::size_t from = 0; from < nodes_.size(); ++from) {
+        const ZentuCmd& command = *nodes_[from].command;
         const std::vector<double> weights = term_weights(command);
         std::size_t term = 0;
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
             for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                 const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                const auto found = index.find(target);
-                if (found == index.end() || target == &command) {
+                const std::size_t* to = target == nullptr ? nullptr : index.Find(target);
+                if (to == nullptr || target == &command) {
                     continue;
                 }
-                Edge edge{from, found->second, &item->GetName(), std::nullopt};
+                Edge edge{from, *to, &item->GetName(), std::nullopt};
                 if (item->GetName() == TERM_ITEM && term < weights.size()) {
                     edge.weight = weights[term++];
                 }

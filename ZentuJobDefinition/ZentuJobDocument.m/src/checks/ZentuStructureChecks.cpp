@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -34,6 +36,9 @@ constexpr const char* UPPER_ITEM = "UPPER";
 constexpr std::int64_t LIST_BOUND = 10'000'000;
 // Lists up to this many numbers are spelled out in messages.
 constexpr std::size_t LIST_SHOWN = 10;
+
+// The most digits an int can be written with.
+constexpr std::size_t INT_DIGITS = 10;
 
 std::string upper(const std::string& text) {
     return ZentuStringUtil::to_upper(text);
@@ -128,28 +133,35 @@ class ListText {
         return true;
     }
 
+    // Reads a number in place; beyond ten digits it cannot be an int, so the digits after the
+    // tenth are only passed over.
     bool Number(std::int64_t& value) {
         Skip();
         const std::size_t begin = position_;
+        const bool negative = position_ < text_.size() && text_[position_] == '-';
         if (position_ < text_.size() && (text_[position_] == '-' || text_[position_] == '+')) {
             ++position_;
         }
         const std::size_t digits = position_;
-        while (position_ < text_.size() &&
-               std::isdigit(static_cast<unsigned char>(text_[position_]))) {
-            ++position_;
+        std::int64_t magnitude = 0;
+        for (;
+             position_ < text_.size() && std::isdigit(static_cast<unsigned char>(text_[position_]));
+             ++position_) {
+            if (position_ - digits < INT_DIGITS) {
+                magnitude = magnitude * 10 + (text_[position_] - '0');
+            }
         }
         if (position_ == digits) {
             return false;
         }
-        const std::string written = text_.substr(begin, position_ - begin);
-        const bool fits = position_ - digits <= 10 &&
-                          std::stoll(written) >= std::numeric_limits<int>::min() &&
-                          std::stoll(written) <= std::numeric_limits<int>::max();
+        const std::int64_t number = negative ? -magnitude : magnitude;
+        const bool fits = position_ - digits <= INT_DIGITS &&
+                          number >= std::numeric_limits<int>::min() &&
+                          number <= std::numeric_limits<int>::max();
         if (!fits && outOfRange.empty()) {
-            outOfRange = written;
+            outOfRange = text_.substr(begin, position_ - begin);
         }
-        value = fits ? std::stoll(written) : 0;
+        value = fits ? number : 0;
         return true;
     }
 
@@ -242,22 +254,36 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
     }
 }
 
-// The identifiers of the commands of a kind.
-std::unordered_set<std::string> identifiers_of(const ZentuCmdContainer& container, Cmd kind) {
-    std::unordered_set<std::string> identifiers;
-    for (const auto& command : container.GetCommands(kind)) {
-        if (const ZentuCmdItem* identifier = ZentuCmdIdentifier::item_of(*command)) {
-            identifiers.insert(identifier->GetString());
+// The identifiers of the commands of each kind, gathered once per kind when first asked for, so
+// that a job of many lists of references stays linear.
+class IdentifiersByKind {
+  public:
+    explicit IdentifiersByKind(const ZentuCmdContainer& container) : container_(container) {}
+
+    const std::unordered_set<std::string>& Of(Cmd kind) {
+        std::optional<std::unordered_set<std::string>>& identifiers =
+            byKind_[static_cast<std::size_t>(kind)];
+        if (!identifiers) {
+            identifiers.emplace();
+            for (const auto& command : container_.GetCommands(kind)) {
+                if (const ZentuCmdItem* identifier = ZentuCmdIdentifier::item_of(*command)) {
+                    identifiers->insert(identifier->GetString());
+                }
+            }
         }
+        return *identifiers;
     }
-    return identifiers;
-}
+
+  private:
+    const ZentuCmdContainer& container_;
+    std::array<std::optional<std::unordered_set<std::string>>, ZentuCmdDefs::CMD_KIND_COUNT>
+        byKind_;
+};
 
 void check_list_references(const ZentuTypedJob& job, const ZentuDocumentItem& written,
-                           const ZentuItemSchema& description,
+                           const ZentuItemSchema& description, IdentifiersByKind& identifiers,
                            std::vector<ZentuFinding>& findings) {
-    const std::unordered_set<std::string> targets =
-        identifiers_of(job.Container(), description.references);
+    const std::unordered_set<std::string>& targets = identifiers.Of(description.references);
     const std::string& kind =
         ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(description.references)];
     std::size_t begin = 0;
@@ -341,7 +367,7 @@ bool holds(const ZentuCmd* command, const ZentuItemSchema& description) {
 
 void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
                          const ZentuCommandSchema& schema, std::size_t c,
-                         std::vector<ZentuFinding>& findings) {
+                         IdentifiersByKind& identifiers, std::vector<ZentuFinding>& findings) {
     const ZentuDocumentCommand& command = job.Document().Commands()[c];
     std::unordered_map<std::string, std::size_t> seen;
     for (std::size_t i = 0; i < command.items.size(); ++i) {
@@ -363,7 +389,7 @@ void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
         }
         if (description->type == DataType::LIST &&
             description->references != Cmd::CMD_PLACEHOLDER) {
-            check_list_references(job, written, *description, findings);
+            check_list_references(job, written, *description, identifiers, findings);
         }
     }
     for (const ZentuItemSchema& description : schema.items) {
@@ -385,10 +411,11 @@ void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSch
                                      std::vector<ZentuFinding>& findings) {
     check_identifiers(job.Document(), findings);
     const ZentuJobView view(job);
+    IdentifiersByKind identifiers(job.Container());
     const auto& commands = job.Document().Commands();
     for (std::size_t c = 0; c < commands.size(); ++c) {
         if (const ZentuCommandSchema* described = schema.FindCommand(upper(commands[c].keyword))) {
-            check_command_items(job, view, *described, c, findings);
+            check_command_items(job, view, *described, c, identifiers, findings);
         }
     }
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <cstdint>
 #include <unordered_set>
 #include <utility>
 
@@ -68,18 +67,6 @@ std::size_t nesting_of(const std::string& text) {
         deepest = std::max(deepest, depth);
     }
     return deepest;
-}
-
-// The fewest slots of an origin table, a power of two.
-constexpr std::size_t MIN_ORIGIN_SLOTS = 16;
-
-// The slot of an address before probing. Objects are aligned, so the lowest bits say nothing;
-// the next ones keep objects allocated one after the other in neighbouring slots, so that walking a
-// job touches the table in order instead of at random; the high bits folded in keep objects far
-// apart from landing on one slot.
-std::size_t spread(const void* key) {
-    const std::uintptr_t bits = reinterpret_cast<std::uintptr_t>(key);
-    return static_cast<std::size_t>((bits >> 4) ^ (bits >> 24));
 }
 
 bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
@@ -505,54 +492,4 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem&
         return *found;
     }
     return ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
-}
-
-void ZentuOriginTable::Reserve(std::size_t count) {
-    std::size_t capacity = MIN_ORIGIN_SLOTS;
-    while (capacity < count * 2) {
-        capacity *= 2;
-    }
-    if (capacity > slots_.size()) {
-        Rehash(capacity);
-    }
-}
-
-bool ZentuOriginTable::Insert(const void* key, const ZentuOrigin& origin) {
-    if ((size_ + 1) * 2 > slots_.size()) {
-        Rehash(std::max(MIN_ORIGIN_SLOTS, slots_.size() * 2));
-    }
-    Slot& slot = slots_[SlotOf(key)];
-    if (slot.key == key) {
-        return false;
-    }
-    slot = Slot{key, origin};
-    ++size_;
-    return true;
-}
-
-const ZentuOrigin* ZentuOriginTable::Find(const void* key) const {
-    if (slots_.empty()) {
-        return nullptr;
-    }
-    const Slot& slot = slots_[SlotOf(key)];
-    return slot.key == key ? &slot.origin : nullptr;
-}
-
-void ZentuOriginTable::Rehash(std::size_t capacity) {
-    std::vector<Slot> entries = std::exchange(slots_, std::vector<Slot>(capacity));
-    size_ = 0;
-    for (const Slot& entry : entries) {
-        if (entry.key != nullptr) {
-            Insert(entry.key, entry.origin);
-        }
-    }
-}
-
-std::size_t ZentuOriginTable::SlotOf(const void* key) const {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = spread(key) & mask;
-    while (slots_[slot].key != nullptr && slots_[slot].key != key) {
-        slot = (slot + 1) & mask;
-    }
-    return slot;
 }
