@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
 # Runs one command and compares what it did with what it should have done.
 #
-#   run_case.sh [setting...] -- <program> <argument>...
+#   run_case.sh [setting...] -- <argument>...
 #
 # Settings:
+#   --program FILE        the program run with the arguments
+#   --expected DIR        the directory that holds the files named by --stdout and --stderr
 #   --in DIR              the directory the command runs in, as it is
-#   --scratch DIR         instead of --in: a directory that is emptied first and receives --copy
+#   --scratch DIR         instead, when there is a --copy: a directory that is emptied first and
+#                         receives the copies
 #   --copy FILE           a file copied into the scratch directory (repeatable)
 #   --link NAME TARGET    a symbolic link made in the scratch directory
 #   --read-only FILE      a file of the scratch directory whose write permissions are taken away
@@ -21,10 +24,12 @@
 # A stream with no expectation must stay empty, so that stray messages are noticed.
 set -uo pipefail
 
-workdir="" scratch="" copies=() link=() read_only="" input="/dev/null" status=0
-stdout_file="" stdout_regex="" json_commands="" stderr_file="" result=()
+program="" expected="" workdir="" scratch="" copies=() link=() read_only="" input="/dev/null"
+status=0 stdout_file="" stdout_regex="" json_commands="" stderr_file="" result=()
 while (($#)); do
     case "$1" in
+        --program) program=$2; shift 2 ;;
+        --expected) expected=$2; shift 2 ;;
         --in) workdir=$2; shift 2 ;;
         --scratch) scratch=$2; shift 2 ;;
         --copy) copies+=("$2"); shift 2 ;;
@@ -41,9 +46,8 @@ while (($#)); do
         *) echo "run_case.sh: unknown setting $1" >&2; exit 2 ;;
     esac
 done
-(($#)) || { echo "run_case.sh: no command: give it after --" >&2; exit 2; }
 
-if [ -n "$scratch" ]; then
+if ((${#copies[@]})); then
     rm -rf "$scratch" && mkdir -p "$scratch" || exit 2
     for file in "${copies[@]}"; do cp "$file" "$scratch/" || exit 2; done
     ((${#link[@]})) && ln -s "${link[1]}" "$scratch/${link[0]}"
@@ -54,8 +58,8 @@ cd "$workdir" || exit 2
 
 out=$(mktemp) err=$(mktemp)
 trap 'rm -f "$out" "$err"' EXIT
-echo "in $workdir: $*"
-"$@" <"$input" >"$out" 2>"$err"
+echo "in $workdir: $program $*"
+"$program" "$@" <"$input" >"$out" 2>"$err"
 actual_status=$?
 
 failures=0
@@ -70,7 +74,7 @@ if [ "$actual_status" != "$status" ]; then
 fi
 
 if [ -n "$stdout_file" ]; then
-    expect_file "$out" "$stdout_file" "standard output"
+    expect_file "$out" "$expected/$stdout_file" "standard output"
 elif [ -n "$stdout_regex" ]; then
     text=$(cat "$out"; echo x)
     pattern=$(printf '%b' "$stdout_regex")
@@ -85,7 +89,7 @@ else
 fi
 
 if [ -n "$stderr_file" ]; then
-    expect_file "$err" "$stderr_file" "standard error"
+    expect_file "$err" "$expected/$stderr_file" "standard error"
 else
     expect_empty "$err" "standard error"
 fi

@@ -19,6 +19,7 @@
 namespace {
 
 using zentu_test::At;
+using zentu_test::FindingLines;
 
 std::string Index(std::size_t index) {
     return index == ZentuDocumentLine::NONE ? "-" : std::to_string(index);
@@ -47,14 +48,6 @@ std::vector<std::string> Outline(const ZentuJobDocument& document) {
     }
     outline.push_back(owners);
     return outline;
-}
-
-std::vector<std::string> FindingLines(const std::vector<ZentuFinding>& findings) {
-    std::vector<std::string> lines;
-    for (const ZentuFinding& finding : findings) {
-        lines.push_back(zentu_test::FindingLine(finding));
-    }
-    return lines;
 }
 
 // Editors place names, values and findings by these ranges and owners, and save the text as is.

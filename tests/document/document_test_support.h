@@ -14,10 +14,18 @@ inline std::string At(const ZentuTextRange& range) {
            std::to_string(range.end_line) + ":" + std::to_string(range.end_column);
 }
 
-// A finding as one line, "code at message", then " => suggestion" when it has one.
-inline std::string FindingLine(const ZentuFinding& finding) {
-    return finding.code + " " + At(finding.range) + " " + finding.message +
-           (finding.suggestion ? " => " + *finding.suggestion : "");
+// The findings, or those of the code when one is given, one a line: "code at message", then
+// " => suggestion" when it has one.
+inline std::vector<std::string> FindingLines(const std::vector<ZentuFinding>& findings,
+                                             const std::string& code = "") {
+    std::vector<std::string> lines;
+    for (const ZentuFinding& finding : findings) {
+        if (code.empty() || finding.code == code) {
+            lines.push_back(finding.code + " " + At(finding.range) + " " + finding.message +
+                            (finding.suggestion ? " => " + *finding.suggestion : ""));
+        }
+    }
+    return lines;
 }
 
 // The lines of a case field, none for an empty one.

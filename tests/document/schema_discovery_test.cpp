@@ -2,13 +2,14 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "KPL_Failure.h"
 #include "ZentuSchemaCache.h"
 #include "ZentuSchemaDiscovery.h"
+#include "zentu_test_cases.h"
 
 namespace fs = std::filesystem;
 
@@ -32,48 +33,26 @@ class SchemaDiscovery : public testing::Test {
     fs::path root_;
 };
 
+// The comment among the job's first lines, else the nearest settings that name a schema, else
+// none; settings that name no path are refused.
 TEST_F(SchemaDiscovery, TheCommentThenTheNearestSettingsThenNone) {
-    const std::string job = "project/jobs/job.par";
-    const std::string tenBlankLines(10, '\n');
-    const struct {
-        std::map<std::string, std::string> files;
-        std::string text;
-        std::optional<std::string> schema;
-    } cases[] = {
-        {{}, "", std::nullopt},
-        {{}, "# first line\n  #  zentu-cmd: schema= ../own.json \nDV\n", "project/own.json"},
-        {{}, tenBlankLines + "# zentu-cmd: schema=late.json\n", std::nullopt},
-        {{{"project/.zentu-cmd.json", R"({"schema": "shared.json"})"}}, "", "project/shared.json"},
-        {{{"project/.zentu-cmd.json", R"({"schema": "shared.json"})"},
-          {"project/jobs/.zentu-cmd.json", R"({"other": 1})"}},
-         "",
-         "project/shared.json"},
-        {{{"project/jobs/.zentu-cmd.json", R"({"schema": "near.json"})"},
-          {"project/.zentu-cmd.json", R"({"schema": "far.json"})"}},
-         "",
-         "project/jobs/near.json"},
-        {{{"project/jobs/.zentu-cmd.json", R"({"schema": "near.json"})"}},
-         "# zentu-cmd: schema=mine.json\n",
-         "project/jobs/mine.json"},
-    };
-    for (const auto& test : cases) {
-        fs::remove(root_ / "project" / ".zentu-cmd.json");
-        fs::remove(root_ / "project" / "jobs" / ".zentu-cmd.json");
-        for (const auto& [file, text] : test.files) {
-            Write(file, text);
+    const auto orNone = [](const std::string& field) { return field == "-" ? "" : field; };
+    for (const auto& c : zentu_test::DataCases("document/cases/schema_discovery.txt", 5)) {
+        SCOPED_TRACE(c.where + ": " + c.fields[0]);
+        for (const auto& [file, settings] : {std::pair("project/jobs/.zentu-cmd.json", c.fields[1]),
+                                             std::pair("project/.zentu-cmd.json", c.fields[2])}) {
+            fs::remove(root_ / file);
+            if (settings != "-") {
+                Write(file, settings);
+            }
         }
-        const auto found = ZentuSchemaDiscovery::schema_path(Path(job), test.text);
-        EXPECT_EQ(found,
-                  test.schema ? std::optional<std::string>(Path(*test.schema)) : std::nullopt)
-            << test.text;
-    }
-}
-
-TEST_F(SchemaDiscovery, RefusesSettingsThatNameNoPath) {
-    for (const char* settings : {"[1]", "{\"schema\": 3}", "{"}) {
-        Write("project/.zentu-cmd.json", settings);
-        EXPECT_THROW(ZentuSchemaDiscovery::schema_path(Path("project/job.par"), ""), KPL_Failure)
-            << settings;
+        const std::string job = Path("project/jobs/job.par");
+        if (c.fields[4] == "refused") {
+            EXPECT_THROW(ZentuSchemaDiscovery::schema_path(job, orNone(c.fields[3])), KPL_Failure);
+            continue;
+        }
+        EXPECT_EQ(ZentuSchemaDiscovery::schema_path(job, orNone(c.fields[3])),
+                  c.fields[4] == "-" ? std::nullopt : std::optional(Path(c.fields[4])));
     }
 }
 

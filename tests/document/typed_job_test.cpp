@@ -127,13 +127,8 @@ TEST(TypedJob, LocatesWhatTypingAndCompletingFind) {
         }
         const ZentuTypedJob job =
             ZentuTypedJob::ReadText(text, "job.par", schema, ZentuCompletion::FULL);
-        std::vector<std::string> found;
-        for (const ZentuFinding& finding : job.Findings()) {
-            if (finding.code == code) {
-                found.push_back(zentu_test::FindingLine(finding));
-            }
-        }
-        EXPECT_EQ(found, std::vector<std::string>{c.fields[1]});
+        EXPECT_EQ(zentu_test::FindingLines(job.Findings(), code),
+                  std::vector<std::string>{c.fields[1]});
     }
 }
 

@@ -2,8 +2,6 @@
 // configured sequence of rules with its configuration failure.
 #include <gtest/gtest.h>
 
-#include <cstddef>
-
 #include "ZentuCmdContainerRules.h"
 #include "ZentuCmdIoConfig.h"
 #include "ZentuCmdItemMetaData.h"
@@ -30,8 +28,8 @@ class RuleEngineTest;
 RuleEngineTest* g_test = nullptr;
 
 // What a logging rule writes to the log.
-enum Label { FIRST, SECOND, BEFORE, AFTER };
-const char* const kLabels[] = {"first", "second", "before", "after"};
+enum Label { BEFORE, AFTER };
+const char* const kLabels[] = {"before", "after"};
 
 class RuleEngineTest : public ::testing::Test {
   public:
@@ -58,13 +56,10 @@ class RuleEngineTest : public ::testing::Test {
     }
 
     template <Label label>
-    static void Log(ZentuCmdContainer&, const KeywordMap&) {
-        g_test->log_.emplace_back(kLabels[label]);
-    }
-
-    template <Label label>
     void AddLoggingRule() {
-        config_.AddRule(&Log<label>);
+        config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) {
+            g_test->log_.emplace_back(kLabels[label]);
+        });
     }
 
     std::string ApplyFailure() {
@@ -78,9 +73,12 @@ class RuleEngineTest : public ::testing::Test {
     Lines log_;
 };
 
-// Rules run in the order added, each on the container that the rules before it left.
-TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheOnesBefore) {
+// Rules run in the order added, each on the container that the rules before it left; neither
+// unknown rule types nor indices past the rules, nor a kind flagged for a default command, may
+// make apply_rules do anything beyond the rules it holds.
+TEST_F(RuleEngineTest, RunsTheConfiguredRulesInTheOrderAddedEachSeeingTheOnesBefore) {
     Describe("DV", Cmd::DV);
+    Describe("DRESP", Cmd::DRESP, true);
     container_.CreateCommand(Cmd::DV, "DV", "v1");
     config_.AddRule([](ZentuCmdContainer& container, const KeywordMap& keywords) {
         g_test->log_.emplace_back("create");
@@ -89,6 +87,10 @@ TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheO
         container.CreateCommand(Cmd::DV, "DV", "v2");
     });
     AddVisitingRule(Cmd::DV);
+    config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(2), 0);
+    config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(-1), 99);
+    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::DEFAULT_VALUE_RULE, 99);
+    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 99);
     config_.AddRule([](ZentuCmdContainer& container, const KeywordMap&) {
         std::size_t marked = 0;
         for (const auto& cmd : container.GetCommands(Cmd::DV)) {
@@ -104,53 +106,29 @@ TEST_F(RuleEngineTest, RunsRulesOfBothTypesInTheOrderTheyWereAddedEachSeeingTheO
                                            "DV@DV ID_NAME:ID_NAME=V2/string" + kSeen}));
 }
 
-// Neither unknown rule types nor indices past the rules, nor a kind flagged for a default command,
-// may make apply_rules do anything beyond the rules it holds.
-TEST_F(RuleEngineTest, RunsOnlyTheConfiguredRulesAndSkipsPairsItHasNoRuleFor) {
-    Describe("DRESP", Cmd::DRESP, true);
-    container_.CreateCommand(Cmd::DV, "DV", "v1").AddStringItem(CmdItem::TYPE, "topo");
-    const Lines before = CmdLines(container_);
-    AddLoggingRule<FIRST>();
-    config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(2), 0);
-    config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(-1), 99);
-    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::DEFAULT_VALUE_RULE, 99);
-    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 99);
-    AddLoggingRule<SECOND>();
-
-    Rules::apply_rules(container_, config_);
-
-    EXPECT_EQ(log_, (Lines{"first", "second"}));
-    EXPECT_EQ(CmdLines(container_), before);
-}
-
-// No command is named after the kind, so creating a missing one would show.
-TEST_F(RuleEngineTest, HandsEachCommandOfTheKindTheDescriptionStoredUnderItsName) {
+// Each command of the kind is handed the description stored under its name (no command is named
+// after the kind, so creating a missing one would show); a per-command rule creates its command
+// only when asked, and the creation adds no defaults.
+TEST_F(RuleEngineTest, HandsEachCommandItsDescriptionAndCreatesAMissingOneOnlyWhenAsked) {
     Describe("DV_SIZE", Cmd::DV);
     Describe("DV_TOPO", Cmd::DV);
-    Describe("DRESP", Cmd::DRESP);
+    Describe("DRESP", Cmd::DRESP).AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1));
     container_.CreateCommand(Cmd::DV, "DV_TOPO", "v1");
-    container_.CreateCommand(Cmd::DRESP, "DRESP", "r1");
     container_.CreateCommand(Cmd::DV, "DV_SIZE", "v2");
     AddVisitingRule(Cmd::DV, true);
-
-    Rules::apply_rules(container_, config_);
-
-    EXPECT_EQ(visits_, (Lines{"DV_TOPO", "DV_SIZE"}));
-    EXPECT_TRUE(container_.GetCommand(Cmd::DRESP, 0).Items(CmdItem::DESCRIPTION).empty());
-}
-
-// A per-command rule creates its command only when asked, and the creation adds no defaults.
-TEST_F(RuleEngineTest, CreatesAMissingCommandOnlyWhenAskedAndThenWithoutDefaultItems) {
-    Describe("DRESP", Cmd::DRESP).AddItem("LIMIT", ZentuCmdItemMetaData(CmdItem::VALUE, 7, "", 1));
     AddVisitingRule(Cmd::DRESP);
     Rules::apply_rules(container_, config_);
-    EXPECT_EQ(CmdLines(container_), Lines{});
+    EXPECT_EQ(visits_, (Lines{"DV_TOPO", "DV_SIZE"}));
+    const Lines visited = CmdLines(container_);
+    EXPECT_EQ(visited, (Lines{"DV_TOPO@DV ID_NAME:ID_NAME=V1/string" + kSeen,
+                              "DV_SIZE@DV ID_NAME:ID_NAME=V2/string" + kSeen}));
 
     AddVisitingRule(Cmd::DRESP, true);
     Rules::apply_rules(container_, config_);
-    EXPECT_EQ(visits_, Lines{"DRESP"});
+    EXPECT_EQ(visits_, (Lines{"DV_TOPO", "DV_SIZE", "DV_TOPO", "DV_SIZE", "DRESP"}));
     EXPECT_EQ(CmdLines(container_),
-              Lines{"DRESP@DRESP ID_NAME:ID_NAME=__DEFAULT_DRESP/string" + kSeen});
+              (Lines{visited[0] + kSeen, visited[1] + kSeen,
+                     "DRESP@DRESP ID_NAME:ID_NAME=__DEFAULT_DRESP/string" + kSeen}));
 }
 
 // A command whose description a per-command rule cannot find stops all rules from it on.
@@ -191,7 +169,7 @@ TEST_F(RuleEngineTest, FailsWithTheConfigurationFailureAndRunsNoLaterRule) {
 }
 
 // A configuration failure does not undo what the rule did to the commands before.
-TEST_F(RuleEngineTest, CommandsVisitedBeforeTheFailingOneKeepWhatTheRuleDid) {
+TEST_F(RuleEngineTest, AFailureKeepsWhatRulesDidBeforeAndReachesTheHostAsThrown) {
     Describe("DV", Cmd::DV);
     container_.CreateCommand(Cmd::DV, "DV", "v1");
     container_.CreateCommand(Cmd::DV, "DV_TOPO", "v2");
@@ -203,10 +181,9 @@ TEST_F(RuleEngineTest, CommandsVisitedBeforeTheFailingOneKeepWhatTheRuleDid) {
     EXPECT_EQ(CmdLines(container_),
               (Lines{"DV@DV ID_NAME:ID_NAME=V1/string" + kSeen,
                      "DV_TOPO@DV ID_NAME:ID_NAME=V2/string", "DV@DV ID_NAME:ID_NAME=V3/string"}));
-}
 
-// A rule's own failure reaches the host as thrown and stops the later rules.
-TEST_F(RuleEngineTest, PassesARulesFailureOnUnchanged) {
+    // A rule's own failure reaches the host as thrown and stops the later rules.
+    config_ = ZentuCmdIoConfig();
     config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) {
         throw KPL_Failure("the rule refused", "|%P|Host|Rule");
     });

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstddef>
-#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -66,8 +64,9 @@ std::string Snapshot(const ZentuCmdContainer& container) {
     return out.str();
 }
 
-// Hosts query kinds they never filled, so an empty container must answer without creating.
-TEST(ContainerEmpty, GivesNeutralAnswersForEveryKind) {
+// Hosts query kinds they never filled, so a container must answer for them without creating;
+// each way of creating names the command as asked and gives only the identified one an item.
+TEST(ContainerCreateCommand, KindsWithoutCommandsAnswerNeutrallyAndGetCommandFindsByIndex) {
     ZentuCmdContainer container;
     const ZentuCmdContainer& view = container;
     container.CreateReferences();
@@ -86,11 +85,6 @@ TEST(ContainerEmpty, GivesNeutralAnswersForEveryKind) {
         EXPECT_FALSE(container.HasCommandWithReference(kind, CmdItem::GROUP));
         EXPECT_FALSE(container.HasCommandWithType(kind, CmdItem::GROUP, DataType::STRING));
     }
-}
-
-// Each way of creating names the command as asked and gives only the identified one an item.
-TEST(ContainerCreateCommand, AppendsANamedCommandThatGetCommandFindsByIndex) {
-    ZentuCmdContainer container;
     ZentuCmd& byKind = container.CreateCommand(Cmd::DV);
     ZentuCmd& named = container.CreateCommand(Cmd::DV, "DV_TOPO");
     ZentuCmd& identified = container.CreateCommand(Cmd::DV, "DV_TOPO", "d1");
@@ -100,37 +94,48 @@ TEST(ContainerCreateCommand, AppendsANamedCommandThatGetCommandFindsByIndex) {
               (std::vector<std::string>{"DV@DV", "DV_TOPO@DV",
                                         "DV_TOPO@DV ID_NAME:ID_NAME=D1/string", "DRESP@DRESP"}));
     // Past the last index comes the first command of the kind, else the placeholder.
-    const ZentuCmdContainer& view = container;
     EXPECT_EQ(&container.GetCommand(Cmd::DV, 2), &identified);
     for (std::size_t index : {std::size_t{0}, std::size_t{3}, std::size_t{99}, SIZE_MAX}) {
         EXPECT_EQ(&container.GetCommand(Cmd::DV, index), &byKind) << index;
         EXPECT_EQ(&view.GetCommand(Cmd::DV, index), &byKind) << index;
         EXPECT_EQ(&view.GetCommand(Cmd::OBJ_FUNC, index), &ZentuCmdContainer::s_DefaultCmd);
     }
-    EXPECT_EQ(view.GetCommand(Cmd::OBJ_FUNC, 0).GetName(), "PLACEHOLDER");
 }
 
-// Writers and reference resolution walk commands kind by kind, so the order is part of the API.
-TEST(ContainerOrder, KindsAscendThenCreationOrderAndViewsAreTheLiveStorage) {
+// Writers and reference resolution walk commands kind by kind, so the order is part of the API;
+// erasing in a loop relies on the returned position and on the command being destroyed.
+TEST(ContainerOrder, KindsAscendThenCreationOrderAndErasingKeepsIt) {
+    std::array<bool, 3> destroyed{};
     ZentuCmdContainer container;
     const ZentuCmdContainer::ConstCmdSequence& view = container.GetCommands(Cmd::DRESP);
     ZentuCmd& a = container.CreateCommand(Cmd::DRESP, "a");
     ZentuCmd& b = container.CreateCommand(Cmd::DV, "b");
     ZentuCmd& c = container.CreateCommand(Cmd::DRESP, "c");
+    ZentuCmd& d = container.CreateCommand(Cmd::DRESP, "d");
     ZentuCmd& last = container.CreateCommand(Cmd::CMD_PLACEHOLDER, "last");
     ZentuCmd& first = container.CreateCommand(Cmd::MODEL_INPUT, "first");
+    AttachProbe(a, CmdItem::VALUE, "v").WatchDestruction(&destroyed[0]);
+    AttachProbe(c, CmdItem::VALUE, "v").WatchDestruction(&destroyed[1]);
+    AttachProbe(d, CmdItem::VALUE, "v").WatchDestruction(&destroyed[2]);
     // The command stays where it was created whatever kind it later claims.
     a.SetType(Cmd::OBJ_FUNC);
-    EXPECT_EQ(Addresses(container), (Cmds{&first, &b, &a, &c, &last}));
+    EXPECT_EQ(Addresses(container), (Cmds{&first, &b, &a, &c, &d, &last}));
     EXPECT_EQ(ContainerOrder(container), Addresses(container));
     EXPECT_EQ(&container.GetCommands(Cmd::DRESP), &view);
-    EXPECT_EQ(Addresses(view), (Cmds{&a, &c}));
-    EXPECT_EQ(container.GetNumberOfCommands(Cmd::DRESP), 2U);
+    EXPECT_EQ(Addresses(view), (Cmds{&a, &c, &d}));
+    EXPECT_EQ(container.GetNumberOfCommands(Cmd::DRESP), 3U);
     EXPECT_TRUE(container.HasCommand(Cmd::CMD_PLACEHOLDER));
     EXPECT_FALSE(container.HasCommand(Cmd::OBJ_FUNC));
     EXPECT_EQ(a.GetName(), "a");
+    auto next = container.Erase(Cmd::DRESP, std::next(container.GetCommandBegin(Cmd::DRESP)));
+    EXPECT_EQ(destroyed, (std::array<bool, 3>{false, true, false}));
+    ASSERT_NE(next, container.GetCommandEnd(Cmd::DRESP));
+    EXPECT_EQ(next->get(), &d);
+    EXPECT_EQ(Addresses(view), (Cmds{&a, &d}));
+    next = container.Erase(Cmd::DRESP, next);
+    EXPECT_EQ(next, container.GetCommandEnd(Cmd::DRESP));
+    EXPECT_EQ(destroyed, (std::array<bool, 3>{false, true, true}));
     // The iterator passes over kinds that have been emptied.
-    container.Erase(Cmd::DRESP, container.GetCommandBegin(Cmd::DRESP));
     container.Erase(Cmd::DRESP, container.GetCommandBegin(Cmd::DRESP));
     EXPECT_EQ(Addresses(container), (Cmds{&first, &b, &last}));
     for (Cmd kind : {Cmd::MODEL_INPUT, Cmd::DV, Cmd::CMD_PLACEHOLDER}) {
@@ -170,40 +175,28 @@ TEST(ContainerMoveCmd, AppendsTheCommandToItsNewKindUnderThatKindsName) {
     EXPECT_EQ(b.GetName(), "CMD_PLACEHOLDER");
 }
 
-// Erasing in a loop relies on the returned position and on the command being destroyed.
-TEST(ContainerErase, DeletesTheCommandAndReturnsThePositionOfTheOneThatMovedUp) {
-    std::array<bool, 3> destroyed{};
+// Filter compares only the first item of the kind, case included, and hands out the originals;
+// rules decide from the first command's first item alone, so later items must not count.
+TEST(ContainerFirstItem, FilterAndTypeTestsLookOnlyAtTheFirstItemOfTheKind) {
     ZentuCmdContainer container;
-    Cmds created;
-    for (bool& flag : destroyed) {
-        ZentuCmd& cmd = container.CreateCommand(Cmd::DRESP);
-        AttachProbe(cmd, CmdItem::VALUE, "v").WatchDestruction(&flag);
-        created.push_back(&cmd);
-    }
-    auto next = container.Erase(Cmd::DRESP, std::next(container.GetCommandBegin(Cmd::DRESP)));
-    EXPECT_EQ(destroyed, (std::array<bool, 3>{false, true, false}));
-    ASSERT_NE(next, container.GetCommandEnd(Cmd::DRESP));
-    EXPECT_EQ(next->get(), created[2]);
-    EXPECT_EQ(Sequence(container, Cmd::DRESP), (Cmds{created[0], created[2]}));
-    next = container.Erase(Cmd::DRESP, next);
-    EXPECT_EQ(next, container.GetCommandEnd(Cmd::DRESP));
-    EXPECT_EQ(destroyed, (std::array<bool, 3>{false, true, true}));
-}
-
-// Filter compares only the first item of the kind, case included, and hands out the originals.
-TEST(ContainerFilter, KeepsCommandsWhoseFirstItemOfTheKindMatchesExactly) {
-    ZentuCmdContainer container;
+    ZentuCmd& target = container.CreateCommand(Cmd::GROUP_DEF, "G", "g");
+    target.AddStringItem(CmdItem::TYPE, "A");
     const std::vector<std::vector<std::string>> dvTypes = {{"A"},      {"a"}, {},
                                                            {"B", "A"}, {"A"}, {"A "}};
-    Cmds dvs;
+    std::vector<ZentuCmd*> dvs;
     for (const auto& types : dvTypes) {
-        ZentuCmd& dv = container.CreateCommand(Cmd::DV);
+        dvs.push_back(&container.CreateCommand(Cmd::DV));
         for (const std::string& type : types) {
-            dv.AddItem(CmdItem::TYPE, std::make_unique<ZentuCmdRawStringItem>("TYPE", type));
+            dvs.back()->AddItem(CmdItem::TYPE,
+                                std::make_unique<ZentuCmdRawStringItem>("TYPE", type));
         }
-        dvs.push_back(&dv);
     }
-    container.CreateCommand(Cmd::GROUP_DEF).AddStringItem(CmdItem::TYPE, "A");
+    dvs[0]->AddStringItem(CmdItem::GROUP, "text first");
+    dvs[0]->AddItem(CmdItem::GROUP, target);
+    dvs[0]->AddItem(CmdItem::ELEMENT_GROUP, target);
+    Attach(*dvs[0], CmdItem::VALUE, std::make_unique<ProbeItem>("VALUE", "", zentu_test::kInteger));
+    dvs[1]->AddItem(CmdItem::GROUP, target);
+    dvs[1]->AddItem(CmdItem::NODE_GROUP, target);
     const ZentuCmdContainer& view = container;
     EXPECT_EQ(Addresses(container.Filter(Cmd::DV, CmdItem::TYPE, "A")), (Cmds{dvs[0], dvs[4]}));
     EXPECT_EQ(Addresses(view.Filter(Cmd::DV, CmdItem::TYPE, "A")), (Cmds{dvs[0], dvs[4]}));
@@ -214,19 +207,6 @@ TEST(ContainerFilter, KeepsCommandsWhoseFirstItemOfTheKindMatchesExactly) {
     // The result refers to the stored commands, not to copies.
     container.Filter(Cmd::DV, CmdItem::TYPE, "a").front().get().SetName("FOUND");
     EXPECT_EQ(dvs[1]->GetName(), "FOUND");
-}
-
-// Rules decide from the first command's first item alone, so later items must not count.
-TEST(ContainerHasCommandWith, LooksOnlyAtTheFirstItemOfTheFirstCommand) {
-    ZentuCmdContainer container;
-    ZentuCmd& target = container.CreateCommand(Cmd::GROUP_DEF, "G", "g");
-    ZentuCmd& firstDv = container.CreateCommand(Cmd::DV);
-    firstDv.AddStringItem(CmdItem::GROUP, "text first");
-    firstDv.AddItem(CmdItem::GROUP, target);
-    firstDv.AddItem(CmdItem::ELEMENT_GROUP, target);
-    Attach(firstDv, CmdItem::VALUE, std::make_unique<ProbeItem>("VALUE", "", zentu_test::kInteger));
-    container.CreateCommand(Cmd::DV).AddItem(CmdItem::GROUP, target);
-    container.CreateCommand(Cmd::DV).AddItem(CmdItem::NODE_GROUP, target);
     EXPECT_FALSE(container.HasCommandWithReference(Cmd::DV, CmdItem::GROUP));
     EXPECT_TRUE(container.HasCommandWithType(Cmd::DV, CmdItem::GROUP, DataType::STRING));
     EXPECT_FALSE(container.HasCommandWithType(Cmd::DV, CmdItem::GROUP, DataType::REFERENCE));
@@ -239,8 +219,9 @@ TEST(ContainerHasCommandWith, LooksOnlyAtTheFirstItemOfTheFirstCommand) {
     EXPECT_FALSE(container.HasCommandWithType(Cmd::DV, CmdItem::VALUE, DataType::REAL));
 }
 
-// The iterator reaches the stored commands, saturates at the end and tells containers apart.
-TEST(ContainerIterator, StepsToTheEndStaysThereAndReachesTheStoredCommands) {
+// The iterator reaches the stored commands, saturates at the end and tells containers apart;
+// moving a container hands over the commands themselves and frees what the target held.
+TEST(ContainerIterator, StepsToTheEndStaysThereAndMovesWithTheCommands) {
     ZentuCmdContainer container;
     ZentuCmd& objective = container.CreateCommand(Cmd::OBJ_FUNC);
     ZentuCmd& dv = container.CreateCommand(Cmd::DV);
@@ -266,16 +247,11 @@ TEST(ContainerIterator, StepsToTheEndStaysThereAndReachesTheStoredCommands) {
     const ZentuCmdContainer second;
     EXPECT_NE(first.end(), second.end());
     EXPECT_NE(first.begin(), second.begin());
-}
 
-// Moving a container hands over the commands themselves and frees what the target held.
-TEST(ContainerMove, TakesEveryCommandAndEmptiesTheSource) {
     bool destroyed = false;
-    ZentuCmdContainer source;
-    ZentuCmd& dv = source.CreateCommand(Cmd::DV);
-    ZentuCmd& last = source.CreateCommand(Cmd::CMD_PLACEHOLDER);
-    ZentuCmdContainer constructed(std::move(source));
-    EXPECT_EQ(Addresses(constructed), (Cmds{&dv, &last}));
+    ZentuCmd& last = container.CreateCommand(Cmd::CMD_PLACEHOLDER);
+    ZentuCmdContainer constructed(std::move(container));
+    EXPECT_EQ(Addresses(constructed), (Cmds{&dv, &objective, &last}));
     ZentuCmdContainer assigned;
     AttachProbe(assigned.CreateCommand(Cmd::DV), CmdItem::VALUE, "v").WatchDestruction(&destroyed);
     assigned.CreateCommand(Cmd::REPORT);
@@ -283,9 +259,9 @@ TEST(ContainerMove, TakesEveryCommandAndEmptiesTheSource) {
     ZentuCmdContainer& alias = assigned;
     assigned = std::move(alias);
     EXPECT_TRUE(destroyed);
-    EXPECT_EQ(Addresses(assigned), (Cmds{&dv, &last}));
+    EXPECT_EQ(Addresses(assigned), (Cmds{&dv, &objective, &last}));
     // NOLINTNEXTLINE(bugprone-use-after-move)
-    for (const ZentuCmdContainer* emptied : {&source, &constructed}) {
+    for (const ZentuCmdContainer* emptied : {&container, &constructed}) {
         EXPECT_EQ(emptied->begin(), emptied->end());
         EXPECT_EQ(ContainerOrder(*emptied), Cmds{});
     }
@@ -327,10 +303,10 @@ TEST(CreateReferences, KeyBindsToTheFirstCommandInContainerOrderWithThatFirstIde
         const unsigned readings = c.fields[2] == "list"   ? kListed
                                   : c.fields[2] == "text" ? zentu_test::kString
                                                           : zentu_test::kNoReading;
-        auto probe =
-            std::make_unique<ProbeItem>("P", c.fields[0] == "-" ? "" : c.fields[0], readings);
-        probe->WithList(zentu_test::FieldLines(c.fields[3]));
-        probes.push_back(&Attach(self, CmdItem::TARGET, std::move(probe)));
+        probes.push_back(
+            &Attach(self, CmdItem::TARGET,
+                    std::make_unique<ProbeItem>("P", c.fields[0] == "-" ? "" : c.fields[0],
+                                                readings, zentu_test::FieldLines(c.fields[3]))));
     }
     const std::string before = Snapshot(container);
 

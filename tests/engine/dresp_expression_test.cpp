@@ -51,31 +51,28 @@ const ZentuCmd* FindById(const ZentuCmdContainer& container, const std::string& 
 // command the rule picks for id; " ?" or "?" marks any other item.
 std::string Appended(const ZentuCmdContainer& container, const ZentuCmd& cmd,
                      std::size_t kept = 0) {
+    const auto label = [](const ZentuCmdItem& item) {
+        return zentu_test::ClassOf(item) + " " + item.GetName();
+    };
     std::ostringstream out;
     out << std::setprecision(17);
     const auto& types = cmd.Items(CmdItem::TYPE);
     for (std::size_t k = kept; k < types.size(); ++k) {
-        const auto* type = dynamic_cast<const ZentuCmdAutoItem*>(types[k].get());
-        out << (type != nullptr && type->GetName() == "TYPE" && type->GetString() == "COMBINE" &&
-                        type->GetEnum() == ZentuCmdItemDefs::EnumValue::COMBINE
+        const ZentuCmdItem& type = *types[k];
+        out << (label(type) + "=" + type.GetString() == "auto TYPE=COMBINE" &&
+                        type.GetEnum() == ZentuCmdItemDefs::EnumValue::COMBINE
                     ? "COMBINE"
                     : "?");
     }
     const auto& variables = cmd.Items(CmdItem::DV);
     const auto& weights = cmd.Items(CmdItem::OBJ_FUNC);
     for (std::size_t k = kept; k < std::max(variables.size(), weights.size()); ++k) {
-        const auto* variable = k < variables.size()
-                                   ? dynamic_cast<const ZentuCmdReferenceItem*>(variables[k].get())
-                                   : nullptr;
-        const auto* weight = k < weights.size()
-                                 ? dynamic_cast<const ZentuCmdScalarItem*>(weights[k].get())
-                                 : nullptr;
-        if (variable == nullptr || weight == nullptr || variable->GetName() != "VARIABLE" ||
-            weight->GetName() != "WEIGHT" ||
-            variable->GetReference() != FindById(container, variable->GetString())) {
-            out << " ?";
+        if (k < std::min(variables.size(), weights.size()) &&
+            label(*variables[k]) + ", " + label(*weights[k]) == "ref VARIABLE, real WEIGHT" &&
+            variables[k]->GetReference() == FindById(container, variables[k]->GetString())) {
+            out << ' ' << weights[k]->GetReal() << '*' << variables[k]->GetString();
         } else {
-            out << ' ' << weight->GetReal() << '*' << variable->GetString();
+            out << " ?";
         }
     }
     return out.str();
@@ -225,20 +222,16 @@ Expr::Token MakeToken(const std::string& text) {
 TEST_F(DrespExpressionTest, TokenSequencesWithoutExpressionText) {
     Dresp("A");
     Dresp("B");
-    const std::pair<Lines, std::string> cases[] = {
-        {{"*", "2", "%A%", "*"}, "COMBINE 2*A"},        // a leading * is dropped; P
-        {{"%A%", "*", "%B%", "+"}, "COMBINE 1*A 1*B"},  // a * second is dropped; C4
-        {{"%A%", "%NOPE%", "-"}, "COMBINE 1*A"},        // C4; no command is named NOPE
-    };
-    for (const auto& [texts, appended] : cases) {
+    for (const auto& c : zentu_test::DataCases("engine/cases/dresp_token_sequences.txt", 2)) {
         std::vector<Expr::Token> tokens;
-        for (const std::string& text : texts) {
+        std::istringstream texts(c.fields[0]);
+        for (std::string text; texts >> text;) {
             tokens.push_back(MakeToken(text));
         }
         ZentuCmd& subject = container_.CreateCommand(Cmd::OPERATOR, "OPERATOR", "P");
         ZentuDrespExpressionParser::find_combine_expressions(tokens, keywords_, container_,
                                                              subject);
-        EXPECT_EQ(Appended(container_, subject), appended);
+        EXPECT_EQ(Appended(container_, subject), c.fields[1]) << c.where;
     }
     EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
 }

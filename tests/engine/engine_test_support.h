@@ -37,6 +37,16 @@ constexpr std::int64_t ToInt(Enum value) {
     return static_cast<std::int64_t>(static_cast<std::underlying_type_t<Enum>>(value));
 }
 
+// Implements only what the base leaves pure, so every answer it gives is the base class's own.
+class BareItem final : public ZentuCmdItem {
+  public:
+    explicit BareItem(const std::string& name) : ZentuCmdItem(name) {}
+
+    std::unique_ptr<ZentuCmdItem> Clone() const override {
+        return std::make_unique<BareItem>(*this);
+    }
+};
+
 // The exact class of an item by a short name, since a string item is also a raw string item.
 inline std::string ClassOf(const ZentuCmdItem& item) {
     const std::type_info& type = typeid(item);
@@ -44,13 +54,19 @@ inline std::string ClassOf(const ZentuCmdItem& item) {
         {&typeid(ZentuCmdIntItem), "int"},       {&typeid(ZentuCmdScalarItem), "real"},
         {&typeid(ZentuCmdStringItem), "string"}, {&typeid(ZentuCmdRawStringItem), "raw"},
         {&typeid(ZentuCmdEnumItem), "enum"},     {&typeid(ZentuCmdAutoItem), "auto"},
-        {&typeid(ZentuCmdReferenceItem), "ref"}};
+        {&typeid(ZentuCmdReferenceItem), "ref"}, {&typeid(BareItem), "bare"}};
     for (const auto& [known, name] : names) {
         if (type == *known) {
             return name;
         }
     }
     return type.name();
+}
+
+// The library's keywords, built once.
+inline const ZentuCmdItemDefs::KeywordMap& Keywords() {
+    static const ZentuCmdItemDefs::KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
+    return keywords;
 }
 
 // Every item of the command by address, so that an untouched item is told from an equal new one.
@@ -63,16 +79,6 @@ inline std::vector<const ZentuCmdItem*> Identities(const ZentuCmd& cmd) {
     }
     return items;
 }
-
-// Implements only what the base leaves pure, so every answer it gives is the base class's own.
-class BareItem final : public ZentuCmdItem {
-  public:
-    explicit BareItem(const std::string& name) : ZentuCmdItem(name) {}
-
-    std::unique_ptr<ZentuCmdItem> Clone() const override {
-        return std::make_unique<BareItem>(*this);
-    }
-};
 
 // The readings that a ProbeItem claims; each bit switches one Has... query on.
 enum Reading : unsigned {
@@ -88,11 +94,13 @@ enum Reading : unsigned {
 };
 
 // A host-defined item with chosen readings that records the commands offered to it and can report
-// its destruction, so tests observe what the command model does to items of any class.
+// its destruction, so tests observe what the command model does to items of any class. GetList
+// answers list; whether HasList says so is the readings' business.
 class ProbeItem final : public ZentuCmdItem {
   public:
-    ProbeItem(const std::string& name, std::string text, unsigned readings = kString)
-        : ZentuCmdItem(name), text_(std::move(text)), readings_(readings) {}
+    ProbeItem(const std::string& name, std::string text, unsigned readings = kString,
+              std::vector<std::string> list = {})
+        : ZentuCmdItem(name), text_(std::move(text)), readings_(readings), list_(std::move(list)) {}
 
     ProbeItem(const ProbeItem&) = default;
     ProbeItem& operator=(const ProbeItem&) = delete;
@@ -101,12 +109,6 @@ class ProbeItem final : public ZentuCmdItem {
         if (destroyed_ != nullptr) {
             *destroyed_ = true;
         }
-    }
-
-    // GetList answers list; whether HasList says so is the readings' business.
-    ProbeItem& WithList(std::vector<std::string> list) {
-        list_ = std::move(list);
-        return *this;
     }
 
     // flag becomes true when this item is destroyed; it must outlive the item.

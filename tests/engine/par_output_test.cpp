@@ -110,9 +110,17 @@ TEST(ParOutput, BaseWriterFramesTheTextsOfADerivedWriter) {
 }
 
 // "w" replaces the file and "a" appends the container as it stands then, from any copy of a
-// writer, even a moved-from one.
-TEST(ParOutput, WriteModeReplacesAndAppendModeAppends) {
+// writer, even a moved-from one. Wide paths are written as UTF-8; a path that cannot be opened
+// writes nothing and does not throw.
+TEST(ParOutput, WriteModeReplacesAppendModeAppendsAndPathsAreUtf8) {
     const zentu_test::ScratchDir dir("zentu_par_output_");
+    const ZentuCmdContainer empty;
+    for (const fs::path& path : {dir.Path(), dir.Path() / "missing" / "job.par"}) {
+        EXPECT_NO_THROW(Writer(path.wstring(), empty).Write(L"w")) << path;
+    }
+    EXPECT_TRUE(fs::is_empty(dir.Path()));
+    Writer(dir.Path().wstring() + L"/\u00e4\u20ac.par", empty).Write(L"w");
+    EXPECT_EQ(Read(dir.Path() / "\xc3\xa4\xe2\x82\xac.par"), "\n\n");
     const fs::path path = dir.Path() / "job.par";
     std::ofstream(path) << "old content that is longer than the new one\n";
     ZentuCmdContainer container;
@@ -126,18 +134,6 @@ TEST(ParOutput, WriteModeReplacesAndAppendModeAppends) {
     container.CreateCommand(Cmd::OUTPUT);
     original.Write(L"a");  // NOLINT(bugprone-use-after-move): a moved-from writer stays usable
     EXPECT_EQ(Read(path), "\nSTOP\nEND_\n\n\n\nSTOP\nEND_\n\nOUTPUT\nEND_\n\n\n");
-}
-
-// Wide paths are written as UTF-8; a path that cannot be opened writes nothing and does not throw.
-TEST(ParOutput, PathsAreUtf8AndUnopenableOnesWriteNothing) {
-    const zentu_test::ScratchDir dir("zentu_par_output_");
-    const ZentuCmdContainer container;
-    for (const fs::path& path : {dir.Path(), dir.Path() / "missing" / "job.par"}) {
-        EXPECT_NO_THROW(Writer(path.wstring(), container).Write(L"w")) << path;
-    }
-    EXPECT_TRUE(fs::is_empty(dir.Path()));
-    Writer(dir.Path().wstring() + L"/\u00e4\u20ac.par", container).Write(L"w");
-    EXPECT_EQ(Read(dir.Path() / "\xc3\xa4\xe2\x82\xac.par"), "\n\n");
 }
 
 // Whatever the file holds and however the adapter was made, parsing keeps the container as it was.

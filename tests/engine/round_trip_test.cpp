@@ -23,7 +23,6 @@ using ZentuCmdItemDefs::DataType;
 void ExpectRoundTrip(const std::vector<DataCase>& items) {
     const zentu_test::ScratchDir dir("zentu_round_trip_");
     const std::wstring path = (dir.Path() / "job.par").wstring();
-    const ZentuCmdItemDefs::KeywordMap keywords = ZentuCmdItemDefs::create_enum_map();
     const ZentuCmdItemMetaData id(CmdItem::ID_NAME, DataType::STRING, "", "", 1);
     ZentuCmdIoConfig schema;
     schema.AddCmdMetadata("DV", ZentuCmdMetaData(Cmd::DV, false)).AddItem({"ID_NAME", id});
@@ -49,7 +48,8 @@ void ExpectRoundTrip(const std::vector<DataCase>& items) {
             cmd.AddItem(kind, name, target);
             continue;
         }
-        auto made = ZentuCmdItemFactory::create(name, text, itemDescription, keywords);
+        auto made =
+            ZentuCmdItemFactory::create(name, text, itemDescription, zentu_test::Keywords());
         if (text == "t1") {
             made->AddReference(target);
         }

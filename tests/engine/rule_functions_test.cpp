@@ -6,6 +6,7 @@
 
 #include "ZentuCmdContainerRules.h"
 #include "engine_test_support.h"
+#include "zentu_test_cases.h"
 
 namespace {
 
@@ -107,24 +108,17 @@ TEST_F(RuleFunctionTest, ReferenceRulesReferToTheFirstFittingCommandIfAny) {
 
 // The value is added only when the first item of the kind carries the keyword.
 TEST_F(RuleFunctionTest, AddValueIfEnumPresentLooksOnlyAtTheFirstItemOfTheKind) {
-    // Automatically typed and plain string TYPE items, and the VALUE that the rule must add: any
-    // keyword of the value counts, but only in the first item, and a string holds no keyword.
-    // clang-format off
-    const std::tuple<Texts, Texts, std::string> cases[] = {
-        {{"combine"}, {}, "auto WEIGHT=1.5"}, {{"WEIGHTED_SUM"}, {}, "auto WEIGHT=1.5"},
-        {{"MIN", "COMBINE"}, {}, ""}, {{}, {"COMBINE"}, ""}, {{}, {}, ""}};
-    // clang-format on
-    for (const auto& [autos, strings, expected] : cases) {
+    for (const auto& c : zentu_test::DataCases("engine/cases/enum_present_values.txt", 3)) {
         ZentuCmd& subject = Command(Cmd::OPERATOR, "P1");
-        for (const std::string& text : autos) {
+        for (const std::string& text : zentu_test::FieldLines(c.fields[0])) {
             subject.AddAutoItem(CmdItem::TYPE, text, keywords_);
         }
-        for (const std::string& text : strings) {
+        for (const std::string& text : zentu_test::FieldLines(c.fields[1])) {
             subject.AddStringItem(CmdItem::TYPE, text);
         }
         Rules::Rule_AddValueIfEnumPresent(subject, container_, CmdItem::TYPE, EnumValue::COMBINE,
                                           CmdItem::VALUE, "WEIGHT", "1.5", keywords_);
-        EXPECT_EQ(Items(subject, CmdItem::VALUE), expected) << Items(subject, CmdItem::TYPE);
+        EXPECT_EQ(Items(subject, CmdItem::VALUE), c.fields[2] == "-" ? "" : c.fields[2]) << c.where;
     }
 }
 

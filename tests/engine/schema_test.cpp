@@ -130,8 +130,9 @@ TEST(ItemMetaData, KeywordListAndDeepCopies) {
 }
 
 // Command descriptions hold kind, default flag and items, in byte order of the names as given;
-// the first item description under a name stays, and a refused entry is not moved from.
-TEST(CmdMetaData, ConstructorsAndItems) {
+// the first item description under a name stays, and a refused entry is not moved from. Copies
+// are deep; moves take the items and empty the source.
+TEST(CmdMetaData, ConstructorsItemsCopiesAndMoves) {
     EXPECT_EQ(Line(ZentuCmdMetaData()), "20 []");
     ZentuCmdMetaData::ItemMap items = {{"TYPE", ZentuCmdItemMetaData(CmdItem::TYPE)}};
     EXPECT_EQ(Line(ZentuCmdMetaData(Cmd::DV, std::move(items), true)), "3 default [TYPE;]");
@@ -153,10 +154,6 @@ TEST(CmdMetaData, ConstructorsAndItems) {
     EXPECT_EQ(Line(metadata.GetMetaData().at("Z")), "10 10 '' '' 0 1 1 prepared [] 0.000000");
     EXPECT_EQ(name, "TYPE");  // NOLINT(bugprone-use-after-move)
     EXPECT_EQ(Line(second), "1 9 'NODAL' '' 1 1 1 prepared [] 0.000000");  // NOLINT
-}
-
-// Copies of a command description are deep; moves take the items and empty the source.
-TEST(CmdMetaData, CopiesAreDeepAndMovesEmptyTheSource) {
     ZentuCmdMetaData original(Cmd::STOP, true);
     original.AddItem("ITER_MAX", ZentuCmdItemMetaData(CmdItem::ITER_MAX, 50, "", 1));
     ZentuCmdMetaData copy(original);

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "lsp/LspServer.h"
+#include "zentu_test_cases.h"
 
 using json = nlohmann::json;
 
@@ -27,12 +28,6 @@ std::string frame(const std::string& body) {
 
 json request(int id, const std::string& method, json params) {
     return {{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(params)}};
-}
-
-json at(int line, int character, json extra = json::object()) {
-    extra["textDocument"] = {{"uri", URI}};
-    extra["position"] = {{"line", line}, {"character", character}};
-    return extra;
 }
 
 json range(int line, int start, int endLine, int end) {
@@ -107,63 +102,30 @@ TEST(LanguageServer, ReadsEachDocumentWithTheSchemaThatItNames) {
     EXPECT_EQ(session.messages.at(1)["params"]["diagnostics"], json::array());
 }
 
+// Each request about the document, sent in turn, gets what its case expects at the case's JSON
+// pointer into the reply ("missing" where the reply has nothing there).
 TEST(LanguageServer, AnswersRequestsAboutTheDocument) {
-    const json unknownDocument = {{"textDocument", {{"uri", "untitled:other.par"}}},
-                                  {"position", {{"line", 0}, {"character", 0}}}};
-    const json quickFix = {{"textDocument", {{"uri", URI}}},
-                           {"range", range(12, 0, 12, 0)},
-                           {"context", {{"diagnostics", json::array()}}}};
-    const struct {
-        std::string method;
-        json params;
-        std::string pointer;
-        json expected;
-    } cases[] = {
-        {"textDocument/definition", at(7, 21), "/result/range", range(0, 0, 0, 5)},
-        {"textDocument/definition", at(12, 11), "/result", nullptr},
-        {"textDocument/references", at(1, 12, {{"context", {{"includeDeclaration", false}}}}),
-         "/result/0/range", range(7, 21, 7, 23)},
-        {"textDocument/rename", at(7, 22, {{"newName", "r1"}}),
-         "/result/changes/" + std::string(URI),
-         json::array({{{"range", range(1, 12, 1, 14)}, {"newText", "r1"}},
-                      {{"range", range(7, 21, 7, 23)}, {"newText", "r1"}}})},
-        {"textDocument/rename", at(1, 12, {{"newName", "a b"}}), "/error/code", -32803},
-        {"textDocument/prepareRename", at(2, 3), "/result", nullptr},
-        {"textDocument/prepareRename", at(12, 12), "/result/range", range(12, 10, 12, 13)},
-        {"textDocument/hover", at(12, 4), "/result/range", range(12, 2, 12, 7)},
-        {"textDocument/completion", at(2, 9), "/result/0/label", "VOLUME"},
-        {"textDocument/completion", at(7, 13), "/result/0/label", "%c1%"},
-        {"textDocument/completion", at(4, 0), "/result/0/kind", 14},
-        {"textDocument/codeAction", quickFix, "/result/0/edit/changes/" + std::string(URI),
-         json::array({{{"range", range(12, 10, 12, 13)}, {"newText", "C1"}}})},
-        {"textDocument/documentSymbol", at(0, 0), "/result/1/children/1/name", "ADD_FILE"},
-        {"textDocument/foldingRange",
-         at(0, 0),
-         "/result/2",
-         {{"startLine", 10}, {"endLine", 13}, {"kind", "region"}}},
-        {"textDocument/formatting", at(0, 0), "/result", json::array()},
-        {"textDocument/hover", at(-1, -1), "/result", nullptr},
-        {"textDocument/hover", unknownDocument, "/error/code", -32602},
-        {"textDocument/hover", {{"textDocument", {{"uri", URI}}}}, "/error/code", -32602},
-        {"workspace/unknown", json::object(), "/error/code", -32601},
-    };
+    const auto cases = zentu_test::DataCases("lsp/cases/requests.txt", 5);
     std::string input = INITIALIZE + OPEN;
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
-        input += frame(request(static_cast<int>(i + 1), cases[i].method, cases[i].params).dump());
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        const json params = json::parse(cases[i].fields[2]);
+        input += frame(request(static_cast<int>(i + 1), cases[i].fields[1], params).dump());
     }
     const Session session = serve(input);
-    for (std::size_t i = 0; i < std::size(cases); ++i) {
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SCOPED_TRACE(cases[i].where + ": " + cases[i].fields[0]);
         const json& reply = session.Reply(static_cast<int>(i + 1));
-        EXPECT_EQ(reply.value(json::json_pointer(cases[i].pointer), json("missing")),
-                  cases[i].expected)
-            << cases[i].method << " " << cases[i].params.dump();
+        EXPECT_EQ(reply.value(json::json_pointer(cases[i].fields[3]), json("missing")),
+                  json::parse(cases[i].fields[4]));
     }
 }
 
 TEST(LanguageServer, AnswersWhatItCannotServeAndGoesOn) {
     const std::string shutdown = frame(request(9, "shutdown", nullptr).dump());
     const std::string exitNotice = frame(R"({"jsonrpc":"2.0","method":"exit"})");
-    const std::string hover = frame(request(7, "textDocument/hover", at(0, 0)).dump());
+    const json position = {{"textDocument", {{"uri", URI}}},
+                           {"position", {{"line", 0}, {"character", 0}}}};
+    const std::string hover = frame(request(7, "textDocument/hover", position).dump());
     const struct {
         std::string input;
         std::vector<json> errors;

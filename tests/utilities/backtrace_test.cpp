@@ -30,9 +30,9 @@ volatile int g_depthReached = 0;
     return frames;
 }
 
-// Frames are numbered from the caller outwards, each with its address; a capture keeps at most
-// 64 frames and resolves their texts once.
-TEST(BacktraceTest, NumbersAtMost64FramesFromTheCallerOutwards) {
+// Frames are numbered from the caller outwards, each with its address, after exactly the skipped
+// ones; a capture keeps at most 64 frames and resolves their texts once.
+TEST(BacktraceTest, NumbersAtMost64FramesFromTheCallerOutwardsAfterTheSkippedOnes) {
     const std::vector<std::string> frames = KPL_Backtrace::GetBacktrace();
     ASSERT_FALSE(frames.empty());
     EXPECT_THAT(frames.front(), HasSubstr("ZentuUtilitiesTests"));
@@ -45,10 +45,6 @@ TEST(BacktraceTest, NumbersAtMost64FramesFromTheCallerOutwards) {
     EXPECT_EQ(&deep.Texts(), &deep.Texts());
     EXPECT_EQ(deep.Texts().size(), 64u);
     EXPECT_TRUE(KPL_Backtrace::Frames().Texts().empty());
-}
-
-// A skip drops exactly that many frames above the caller and renumbers the rest.
-TEST(BacktraceTest, SkipDropsFramesAboveTheCaller) {
     std::vector<KPL_Backtrace::Frames> captures;
     for (std::size_t skip = 0; skip < 3; ++skip) {
         captures.push_back(CaptureInHelper(skip));

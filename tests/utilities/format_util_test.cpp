@@ -5,7 +5,6 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -16,9 +15,9 @@ namespace {
 
 // Integer items accept one signed 32-bit decimal integer and real items one finite decimal
 // number, between blanks; what underflows is fine, what overflows is not.
-TEST(FormatUtilTest, IsIntAndIsDoubleAcceptOneDecimalNumberBetweenBlanks) {
+TEST(FormatUtilTest, IsIntAndIsDoubleAcceptOneDecimalNumberBetweenBlanksInTheGivenLength) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/number_texts.txt", 3)) {
-        const std::string& text = c.fields[0];
+        const std::string text = zentu_test::Bytes(c.fields[0]);
         if (c.fields[1] != "-") {
             EXPECT_EQ(ZentuFormatUtil::is_int(text.c_str()), c.fields[1] == "1") << c.where;
         }
@@ -27,24 +26,12 @@ TEST(FormatUtilTest, IsIntAndIsDoubleAcceptOneDecimalNumberBetweenBlanks) {
                 << c.where;
         }
     }
-    // Texts a case file cannot show: other blanks, bytes outside ASCII, very long digit runs.
-    EXPECT_TRUE(ZentuFormatUtil::is_int("\v\f7\r"));
-    for (const char* text : {"\xB9", "1\xA0"}) {
-        EXPECT_FALSE(ZentuFormatUtil::is_int(text)) << text;
-        EXPECT_FALSE(ZentuFormatUtil::is_double(text, std::strlen(text))) << text;
-    }
+    // No text, and digit runs too long for a case file.
     EXPECT_FALSE(ZentuFormatUtil::is_int(nullptr));
+    EXPECT_FALSE(ZentuFormatUtil::is_double(nullptr, 3));
     EXPECT_FALSE(ZentuFormatUtil::is_int(std::string(100000, '9').c_str()));
     EXPECT_TRUE(ZentuFormatUtil::is_int((std::string(100000, '0') + "9").c_str()));
-    const std::string tiny = "0." + std::string(400, '0') + "1";
-    const std::string huge = "1" + std::string(400, '0');
-    EXPECT_TRUE(ZentuFormatUtil::is_double(tiny.c_str(), tiny.size()));
-    EXPECT_FALSE(ZentuFormatUtil::is_double(huge.c_str(), huge.size()));
-    EXPECT_FALSE(ZentuFormatUtil::is_double(nullptr, 3));
-}
-
-// Callers hand unterminated slices, so only the given length counts, and a NUL ends it earlier.
-TEST(FormatUtilTest, IsDoubleReadsOnlyTheGivenLengthUpToANul) {
+    // Callers hand unterminated slices, so only the given length counts, and a NUL ends it earlier.
     const char unterminated[] = {'4', '.', '5'};
     const char withNul[] = {'7', '\0', 'x', 'y'};
     EXPECT_TRUE(ZentuFormatUtil::is_double(unterminated, sizeof unterminated));
@@ -58,15 +45,17 @@ TEST(FormatUtilTest, IsDoubleReadsOnlyTheGivenLengthUpToANul) {
 
 // The reader replaces strtod without its locale, so value, sign and end must match it everywhere.
 TEST(FormatUtilTest, StrToDoubleReadsLikeStrtodInTheCLocale) {
-    std::vector<std::string> texts = {
-        "", "\t\n\v\f\r 42", "\xff", "1\xa0",
-        // Very long digit strings.
-        std::string(100000, '9'), "0." + std::string(100000, '0') + "1",
-        "0." + std::string(1000, '0') + "1e+700", std::string(1000, '1') + "e-1300",
-        "0x" + std::string(1000, 'f') + "p-5000", "1." + std::string(5000, '5') + "e-3",
-        std::string(500, '0') + "1e-400"};
+    // The empty text, which a case file cannot hold, and very long digit strings.
+    std::vector<std::string> texts = {"",
+                                      std::string(100000, '9'),
+                                      "0." + std::string(100000, '0') + "1",
+                                      "0." + std::string(1000, '0') + "1e+700",
+                                      std::string(1000, '1') + "e-1300",
+                                      "0x" + std::string(1000, 'f') + "p-5000",
+                                      "1." + std::string(5000, '5') + "e-3",
+                                      std::string(500, '0') + "1e-400"};
     for (const auto& c : zentu_test::DataCases("utilities/cases/strtod_texts.txt", 1)) {
-        texts.push_back(c.fields[0]);
+        texts.push_back(zentu_test::Bytes(c.fields[0]));
     }
     for (const std::string& text : texts) {
         SCOPED_TRACE("\"" + text.substr(0, 40) + "\"");

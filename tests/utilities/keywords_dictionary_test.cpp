@@ -3,16 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <map>
-#include <numeric>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
+#include "zentu_test_cases.h"
+
 namespace {
 
-using namespace std::string_literals;
 using Lookup = std::optional<int>;
 using Collection = std::map<std::string, int>;
 using Steps = std::vector<std::tuple<const char*, int, int>>;
@@ -26,15 +26,11 @@ void InsertAll(KeywordsDictionary<int>& dictionary, const Steps& steps) {
     }
 }
 
-// A dictionary over alphabet (by default codes 32 to 127) after the insert steps.
-KeywordsDictionary<int> Dictionary(const Steps& steps, std::string alphabet = {}) {
-    if (alphabet.empty()) {
-        alphabet.resize(96);
-        std::iota(alphabet.begin(), alphabet.end(), ' ');
-    }
+// A dictionary over the codes 32 to 127 after the insert steps.
+KeywordsDictionary<int> Dictionary(const Steps& steps) {
     KeywordsDictionary<int> dictionary;
-    for (char c : alphabet) {
-        dictionary.AllowCharacter(c);
+    for (int code = ' '; code < 128; ++code) {
+        dictionary.AllowCharacter(static_cast<char>(code));
     }
     dictionary.BuildAlphabet();
     InsertAll(dictionary, steps);
@@ -62,15 +58,9 @@ const Steps kNodal = {{"DENSITY", 1, 0}, {"DISTRIBUTION", 2, 0}, {"NODAL", 3, 0}
 // Hosts let users abbreviate keywords, so only whole keywords and unique prefixes may match.
 TEST(KeywordsDictionary, FindsWholeKeywordsAndUniqueAbbreviationsOnly) {
     const KeywordsDictionary<int> dictionary = Dictionary(kNodal);
-    // Bytes from 128 up lie outside the alphabet too, and must not index below the table.
-    // clang-format off
-    const std::pair<std::string, Lookup> cases[] = {
-        {"DENSITY", 1}, {"NODAL", 3}, {"N", 3}, {"DI", 2}, {"D", kNone}, {"", kNone},
-        {"NODALX", kNone}, {"nodal", kNone}, {"N\tODAL", kNone}, {"\xff", kNone},
-        {"NODAL\x80", kNone}, {"NODAL\0XYZ"s, 3}, {"\0NODAL"s, kNone}};
-    // clang-format on
-    for (const auto& [text, expected] : cases) {
-        EXPECT_EQ(Find(dictionary, text.c_str()), expected) << testing::PrintToString(text);
+    for (const auto& c : zentu_test::DataCases("utilities/cases/keyword_finds.txt", 2)) {
+        const Lookup expected = c.fields[1] == "-" ? kNone : Lookup(std::stoi(c.fields[1]));
+        EXPECT_EQ(Find(dictionary, zentu_test::Bytes(c.fields[0]).c_str()), expected) << c.where;
     }
     // A keyword that prefixes another wins on its own text, whichever came first.
     for (const Steps& steps :
@@ -119,17 +109,13 @@ TEST(KeywordsDictionary, OnlyAnAlphabetBuiltBeforehandAdmitsKeywords) {
     EXPECT_EQ(Find(reset, "A"), 1);
 }
 
-// Insert answers added (0), refused for a character outside the alphabet (1) or present (2).
-TEST(KeywordsDictionary, InsertReportsAddedRefusedAndPresent) {
+// Insert answers added (0), refused for a character outside the alphabet (1) or present (2); a
+// refused insert must give back the counts it raised, or later abbreviations turn ambiguous.
+TEST(KeywordsDictionary, InsertReportsAddedRefusedOrPresentAndARefusalLeavesAbbreviationsAlone) {
     const Steps steps = {{"ABC", 1, 0},  {"ABC", 2, 2},  {"abc", 3, 0}, {"AB", 4, 0},
                          {"A\tB", 6, 1}, {"\x80", 7, 1}, {"A B", 9, 0}, {"~\x7f", 10, 0}};
-    const KeywordsDictionary<int> dictionary = Dictionary(steps);
-    EXPECT_EQ(Collected(dictionary),
+    EXPECT_EQ(Collected(Dictionary(steps)),
               (Collection{{"A B", 9}, {"AB", 4}, {"ABC", 1}, {"abc", 3}, {"~\x7f", 10}}));
-}
-
-// A refused insert must give back the counts it raised, or later abbreviations turn ambiguous.
-TEST(KeywordsDictionary, ARefusedInsertLeavesAbbreviationsAlone) {
     for (const Steps& steps :
          {Steps{{"\x01", 1, 1}, {"ABC", 7, 0}}, Steps{{"ABC\x01", 1, 1}, {"ABC", 7, 0}},
           Steps{{"ABC", 7, 0}, {"ABC", 1, 2}, {"ABC", 2, 2}}}) {

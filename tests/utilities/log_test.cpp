@@ -6,6 +6,8 @@
 #include <tuple>
 #include <vector>
 
+#include "zentu_test_cases.h"
+
 namespace {
 
 using KPL_LogMacros::log_msg;
@@ -82,13 +84,11 @@ TEST_F(LogTest, SetLogHandlerReturnsThePreviousOneAndEmptyStandsForTheDefault) {
     ASSERT_TRUE(recorder);
     EXPECT_FALSE(KPL_LogMacros::SetLogHandler(LogHandler()));
     KPL_LogMacros::SetLogVerbosity(9);
-    const std::pair<int, const char*> cases[] = {{1, "error: text 1\n"}, {2, "warning: text 2\n"},
-                                                 {3, "info: text 3\n"},  {6, "info: text 6\n"},
-                                                 {7, "trace: text 7\n"}, {9, "trace: text 9\n"}};
-    for (const auto& [type, line] : cases) {
+    for (const auto& c : zentu_test::DataCases("utilities/cases/default_log_lines.txt", 2)) {
+        const int type = std::stoi(c.fields[0]);
         testing::internal::CaptureStderr();
         log_msg(static_cast<LogMsgType>(type), "f", 1, "t", "text %d", type);
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), line);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), c.fields[1]) << c.where;
     }
     EXPECT_TRUE(records_.empty());
     KPL_LogMacros::SetLogHandler(recorder);

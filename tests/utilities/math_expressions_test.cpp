@@ -78,24 +78,20 @@ std::vector<Token> Apply(const std::string& symbol, const std::vector<double>& v
     return operands;
 }
 
-// Hosts evaluate the postfix order, so precedence, left association (also of '^') and the zero
-// operand that a sign gets must come out right.
-TEST(MathExpressionsTest, PostfixFollowsPrecedenceAndDeliversSignsAsZeroOperandOperator) {
+// Hosts evaluate the postfix order, so precedence, left association (also of '^') and a sign's zero
+// operand must come out right, and tokens keep text, class and value, the caller's descriptions
+// first; users fix bad expressions from the message, which names the 1-based position and text.
+TEST(MathExpressionsTest, TextsReadToPostfixTokensWithTheirClassOrFailNamingThePosition) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/postfix.txt", 2)) {
-        EXPECT_EQ(Postfix(c.fields[0], {"%A%", "%B%"}), c.fields[1]) << c.where;
+        EXPECT_EQ(Postfix(zentu_test::Bytes(c.fields[0]), {"%A%", "%B%"}), c.fields[1]) << c.where;
     }
-    // Every blank a case file cannot show separates tokens too.
-    EXPECT_EQ(Postfix("\t((1\n+\v2))\f*\r3"), "1 2 + 3 *");
-    EXPECT_EQ(Postfix(" \t\n"), "");
-}
-
-// Each token keeps its text, class and (for numbers) value; the caller's descriptions come first,
-// even where a number would match.
-TEST(MathExpressionsTest, TokensCarryTheirClassAndTheValueOfNumbers) {
     EXPECT_EQ(Postfix("12 + 2.5*.5 - 2.^1e3/1.5E-3 + 7e+2*%a% + %Ab%", {"%A%", "%AB%"}, true),
               "12(1)=12 2.5(1)=2.5 .5(1)=0.5 *(2)=0 +(3)=0 2.(1)=2 1e3(1)=1000 ^(6)=0 "
               "1.5E-3(1)=0.0015 /(5)=0 -(3)=0 7e+2(1)=700 %a%(4)=0 *(2)=0 +(3)=0 %Ab%(4)=0 +(3)=0");
     EXPECT_EQ(Postfix("1e3+1", {"1E3"}, true), "1e3(4)=1000 1(1)=1 +(3)=0");
+    for (const auto& c : zentu_test::DataCases("utilities/cases/expression_failures.txt", 2)) {
+        EXPECT_EQ(FailureOf([&c] { Read(c.fields[0], {"%A%"}); }), c.fields[1]) << c.where;
+    }
 }
 
 // References match the first candidate in list order, ignoring ASCII case only, and never past
@@ -159,13 +155,6 @@ TEST(MathExpressionsTest, OperatorsTakeTheRightOperandFirstAndLeaveTheirResultLa
     }
     EXPECT_EQ(Apply("/", {4, 2}).back().text, "0.5");
     EXPECT_EQ(Evaluate(Read("(1+2)*3-4/2-2^2")), 3);
-}
-
-// Users fix their expressions from the message, so it names the 1-based position and the text.
-TEST(MathExpressionsTest, MalformedTextsFailNamingThePositionAndQuotingTheText) {
-    for (const auto& c : zentu_test::DataCases("utilities/cases/expression_failures.txt", 2)) {
-        EXPECT_EQ(FailureOf([&c] { Read(c.fields[0], {"%A%"}); }), c.fields[1]) << c.where;
-    }
 }
 
 // Generated jobs hold long sums and deep nesting, which must not exhaust the stack.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <fstream>
 #include <iterator>
 #include <random>
 #include <string>
@@ -37,11 +38,6 @@ std::string Render(const ZentuParFile& file) {
 // Each test reads files under one name outside ASCII in the temporary folder, removed at the end.
 class ParFileTest : public testing::Test {
   protected:
-    void SetUp() override {
-        path_ = ZentuFileUtil::from_utf8(testing::TempDir()) + L"zentu_par_\u00E9_" +
-                std::to_wstring(std::random_device()()) + L".par";
-    }
-
     void TearDown() override { std::remove(ShownPath().c_str()); }
 
     // The path as messages show it.
@@ -49,16 +45,7 @@ class ParFileTest : public testing::Test {
 
     // Replaces the file's content by the bytes.
     void Write(const std::string& bytes) const {
-        std::FILE* file = std::fopen(ShownPath().c_str(), "wb");
-        ASSERT_NE(file, nullptr);
-        EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
-        std::fclose(file);
-    }
-
-    // The rendering of the bytes read back.
-    std::string Parse(const std::string& bytes) const {
-        Write(bytes);
-        return Render(ZentuParFile(path_));
+        std::ofstream(ShownPath(), std::ios::binary) << bytes;
     }
 
     // The message of the failure that reading the path ends in.
@@ -73,30 +60,16 @@ class ParFileTest : public testing::Test {
         return {};
     }
 
-    std::wstring path_;
+    std::wstring path_ = ZentuFileUtil::from_utf8(testing::TempDir()) + L"zentu_par_\u00E9_" +
+                         std::to_wstring(std::random_device()()) + L".par";
 };
 
-// Commands and items come back in file order with their lines and id names, layout left out,
-// and a name alone gathers the value lines after it.
-TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrder) {
-    for (const auto& c : zentu_test::DataCases("utilities/cases/par_renderings.txt", 2)) {
-        EXPECT_EQ(Parse(zentu_test::Bytes(c.fields[0])), zentu_test::Bytes(c.fields[1])) << c.where;
-    }
-}
-
-// The first line that breaks the structure refuses the file, naming the file, the line and a
-// printable excerpt.
-TEST_F(ParFileTest, RefusesMalformedFilesNamingFileAndLine) {
-    for (const auto& c : zentu_test::DataCases("utilities/cases/par_failures.txt", 2)) {
-        Write(zentu_test::Bytes(c.fields[0]));
-        EXPECT_EQ(FailureOf(path_), ShownPath() + c.fields[1]) << c.where;
-    }
-}
-
-// A file that cannot be opened or read is refused with the system's reason.
-TEST_F(ParFileTest, RefusesPathsItCannotRead) {
+// Commands and items come back in file order with their lines and id names, layout left out, and
+// a name alone gathers the value lines after it. An unreadable file is refused with the system's
+// reason, a malformed one at its first bad line, naming file, line and a printable excerpt.
+TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrderOrRefusesTheFile) {
     const std::string folder = testing::TempDir();
-    const std::pair<std::wstring, std::string> cases[] = {
+    const std::pair<std::wstring, std::string> unreadable[] = {
         {path_, ShownPath() + ": cannot be opened: No such file or directory"},
         {ZentuFileUtil::from_utf8(folder), folder + ": is a directory"},
         {std::wstring(L"job\0.par", 8), "job\\x00.par: cannot be opened: Invalid argument"},
@@ -104,8 +77,16 @@ TEST_F(ParFileTest, RefusesPathsItCannotRead) {
         {L"/proc/self/mem", "/proc/self/mem: cannot be read: Input/output error"},
 #endif
     };
-    for (const auto& [path, message] : cases) {
+    for (const auto& [path, message] : unreadable) {
         EXPECT_EQ(FailureOf(path), message);
+    }
+    for (const auto& c : zentu_test::DataCases("utilities/cases/par_renderings.txt", 2)) {
+        Write(zentu_test::Bytes(c.fields[0]));
+        EXPECT_EQ(Render(ZentuParFile(path_)), zentu_test::Bytes(c.fields[1])) << c.where;
+    }
+    for (const auto& c : zentu_test::DataCases("utilities/cases/par_failures.txt", 2)) {
+        Write(zentu_test::Bytes(c.fields[0]));
+        EXPECT_EQ(FailureOf(path_), ShownPath() + c.fields[1]) << c.where;
     }
 }
 
