@@ -121,7 +121,7 @@ TEST(TypedJob, LocatesWhatTypingAndCompletingFind) {
     for (const auto& c : zentu_test::DataCases("document/cases/located.txt", 2)) {
         SCOPED_TRACE(c.where);
         const std::string code = c.fields[1].substr(0, c.fields[1].find(' '));
-        std::string text = c.fields[0];
+        std::string text = zentu_test::Bytes(c.fields[0]);
         if (text.rfind("{R}", 0) == 0) {
             text.replace(0, 3, kResponses);
         }
