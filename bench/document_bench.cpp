@@ -7,10 +7,12 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "KPL_LogMacros.h"
 #include "ZentuBoundRules.h"
 #include "ZentuCmdContainer.h"
+#include "ZentuJobChecks.h"
 #include "ZentuJobSchema.h"
 #include "ZentuParFileAdapter.h"
 #include "ZentuTypedJob.h"
@@ -64,6 +66,20 @@ void BM_ReadParFileWithSchema(benchmark::State& state) {
     ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
 }
 
+// The checks alone (expressions, structure, the reference graph) on a job read without them timed:
+// the share of the document's reading that judging the job takes.
+void BM_CheckJob(benchmark::State& state) {
+    silence_warnings();
+    const std::string path = JobFiles::Instance().BuiltinJob(command_count(state)).string();
+    const ZentuTypedJob job = ZentuTypedJob::ReadFile(path, Schema(), ZentuCompletion::FULL);
+    for (auto _ : state) {
+        std::vector<ZentuFinding> findings;
+        ZentuJobChecks::run_all(job, Schema(), findings);
+        benchmark::DoNotOptimize(findings.data());
+    }
+    ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
+}
+
 // The sizes of the generated jobs, in commands; the larger one is the one the target holds for.
 void job_sizes(benchmark::internal::Benchmark* family) {
     family->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
@@ -71,5 +87,6 @@ void job_sizes(benchmark::internal::Benchmark* family) {
 
 BENCHMARK(BM_ReadTypedJob)->Apply(job_sizes);
 BENCHMARK(BM_ReadParFileWithSchema)->Apply(job_sizes);
+BENCHMARK(BM_CheckJob)->Apply(job_sizes);
 
 }  // namespace
