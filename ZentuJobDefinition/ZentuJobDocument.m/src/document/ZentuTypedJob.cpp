@@ -172,7 +172,7 @@ class ZentuTypedJobReader {
                 ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
             job_.itemOrigins_.Insert(item.get(), ZentuOrigin{commandIndex, itemIndex});
             if (found->second.type == DataType::REFERENCE) {
-                references_.insert(item.get());
+                references_.Insert(item.get(), true);
                 referenceKinds_.set(static_cast<std::size_t>(found->second.key));
             }
             command.AddItem(found->second.key, std::move(item));
@@ -402,7 +402,7 @@ class ZentuTypedJobReader {
 
     // An item that took the place of an erased reference of the file is no reference of the file.
     void CheckReference(const ZentuCmd& command, const ZentuCmdItem& item) {
-        if (references_.count(&item) == 0) {
+        if (references_.Find(&item) == nullptr) {
             return;
         }
         const ZentuOrigin origin = job_.OriginOf(command, item);
@@ -429,7 +429,7 @@ class ZentuTypedJobReader {
     const ZentuJobSchema& schema_;
     const ZentuCmdMetaData unknownCommand_;
     // The reference items read from the file, which CheckReferences judges.
-    std::unordered_set<const ZentuCmdItem*> references_;
+    ZentuPointerTable<bool> references_;
     // The item kinds that hold them, the only ones that CheckReferences looks at.
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The identifiers of the completed job, sorted, once asked for.
