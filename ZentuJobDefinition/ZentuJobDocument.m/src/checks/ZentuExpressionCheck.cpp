@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <unordered_map>
@@ -69,13 +70,24 @@ std::unordered_map<std::size_t, const ZentuCmd*> operators_by_origin(const Zentu
     return operators;
 }
 
-// Whether a finding of the code already lies on the item's lines.
-bool reported(const std::vector<ZentuFinding>& findings, const ZentuDocumentItem& item,
-              const char* code) {
-    return std::any_of(findings.begin(), findings.end(), [&](const ZentuFinding& finding) {
-        return finding.code == code && finding.range.line >= item.line &&
-               finding.range.line <= item.last_line;
-    });
+// The lines on which the findings say an expression or a value does not read, in order: such an
+// expression has nothing to compare. Gathered once, as the findings may be many.
+std::vector<std::size_t> unreadable_lines(const std::vector<ZentuFinding>& findings) {
+    std::vector<std::size_t> lines;
+    for (const ZentuFinding& finding : findings) {
+        if (finding.code == ZentuFindingCodes::EXPRESSION_SYNTAX ||
+            finding.code == ZentuFindingCodes::BAD_VALUE) {
+            lines.push_back(finding.range.line);
+        }
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+}
+
+// Whether one of the lines lies on the item's lines.
+bool reported(const std::vector<std::size_t>& lines, const ZentuDocumentItem& item) {
+    const auto first = std::lower_bound(lines.begin(), lines.end(), item.line);
+    return first != lines.end() && *first <= item.last_line;
 }
 
 void check_expression(const ZentuTypedJob& job, const ZentuDocumentItem& item,
@@ -117,6 +129,7 @@ void ZentuJobChecks::check_expressions(const ZentuTypedJob& job,
                                        std::vector<ZentuFinding>& findings) {
     const auto operators = operators_by_origin(job);
     const auto& commands = job.Document().Commands();
+    const std::vector<std::size_t> unreadable = unreadable_lines(findings);
     for (const auto& [index, command] : operators) {
         if (index == ZentuOrigin::NONE || command->HasItem(CmdItem::ADD_FILE, 0)) {
             continue;  // no expression of the file, or no rule expanded it
@@ -125,9 +138,7 @@ void ZentuJobChecks::check_expressions(const ZentuTypedJob& job,
         const auto expression = std::find_if(items.begin(), items.end(), [](const auto& item) {
             return ZentuStringUtil::equals_ignoring_case(item.name, EXPRESSION_ITEM);
         });
-        if (expression != items.end() &&
-            !reported(findings, *expression, ZentuFindingCodes::EXPRESSION_SYNTAX) &&
-            !reported(findings, *expression, ZentuFindingCodes::BAD_VALUE)) {
+        if (expression != items.end() && !reported(unreadable, *expression)) {
             check_expression(job, *expression, *command, findings);
         }
     }
