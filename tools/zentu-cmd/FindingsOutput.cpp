@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <ostream>
+#include <string>
 
 #include "ZentuCmd.h"
 #include "ZentuJobJson.h"
@@ -274,20 +275,40 @@ const std::map<std::string, FindingsFormat>& findings_formats() {
     return formats;
 }
 
-void print_finding_text(const std::string& name, const ZentuFinding& finding, std::ostream& out) {
-    out << name;
+namespace {
+
+// A finding in text form, line end included.
+std::string finding_text(const std::string& name, const ZentuFinding& finding) {
+    std::string text = name;
     if (zentu_has_place(finding)) {
-        out << ":" << finding.range.line;
+        text += ":" + std::to_string(finding.range.line);
     }
-    out << ": " << zentu_severity_name(finding.severity) << "[" << finding.code
-        << "]: " << finding.message << "\n";
+    text += ": ";
+    text += zentu_severity_name(finding.severity);
+    text += "[" + finding.code + "]: " + finding.message + "\n";
+    return text;
 }
 
+}  // namespace
+
+void print_finding_text(const std::string& name, const ZentuFinding& finding, std::ostream& out) {
+    out << finding_text(name, finding);
+}
+
+// The findings are gathered into large pieces before they are printed: standard error has no
+// buffer, and a job can have a finding per command.
 void print_findings_text(const std::string& name, const std::vector<ZentuFinding>& findings,
                          std::ostream& out) {
+    constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
+    std::string piece;
     for (const ZentuFinding& finding : findings) {
-        print_finding_text(name, finding, out);
+        piece += finding_text(name, finding);
+        if (piece.size() >= PIECE_SIZE) {
+            out << piece;
+            piece.clear();
+        }
     }
+    out << piece;
 }
 
 void print_json(const json& document, std::ostream& out) {
