@@ -31,7 +31,9 @@ ZENTU_UTILITIES_API std::string to_upper(std::string text);
 ZENTU_UTILITIES_API bool is_control_byte(unsigned char byte);
 
 // Whether a byte continues a UTF-8 sequence, so that cutting before it would split a character.
-ZENTU_UTILITIES_API bool is_utf8_continuation(unsigned char byte);
+inline bool is_utf8_continuation(unsigned char byte) {
+    return (byte & 0xC0) == 0x80;
+}
 
 // The text with its control bytes written as \xNN, so that a message stays one readable line.
 ZENTU_UTILITIES_API std::string printable(std::string_view text);

@@ -106,10 +106,6 @@ bool is_control_byte(unsigned char byte) {
     return byte < 0x20 || byte == 0x7F;
 }
 
-bool is_utf8_continuation(unsigned char byte) {
-    return (byte & 0xC0) == 0x80;
-}
-
 std::string printable(std::string_view text) {
     std::string result;
     result.reserve(text.size());

@@ -57,6 +57,8 @@ class ZentuJobDocumentReader {
     // empty text after the last line feed does not.
     void Read() {
         const std::string& text = document_.text_;
+        document_.lines_.reserve(
+            static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
         for (std::size_t begin = 0; begin < text.size();) {
             const std::size_t feed = text.find('\n', begin);
             const std::size_t end = feed == std::string::npos ? text.size() : feed;
