@@ -75,8 +75,19 @@ class ZENTU_JOB_DOCUMENT_API ZentuTypedJob {
     ZentuJobDocument document_;
     ZentuCmdContainer container_;
     std::vector<ZentuFinding> findings_;
+    // An item read from the file and its index among its document command's items.
+    struct ReadItem {
+        const ZentuCmdItem* item = nullptr;
+        std::size_t index = 0;
+    };
+
     ZentuOriginTable commandOrigins_;
-    ZentuOriginTable itemOrigins_;
+    // The items read from the file, document command by document command: an item's origin is
+    // found among the few of its command, in a table that walking a job reads in order, instead
+    // of in a table keyed by every item's address, where a big job misses the cache at each look.
+    std::vector<ReadItem> readItems_;
+    // Where the read items of document command c begin in readItems_, and one entry past the last.
+    std::vector<std::size_t> firstReadItems_;
     std::size_t resolved_ = 0;
     std::size_t unresolved_ = 0;
 };

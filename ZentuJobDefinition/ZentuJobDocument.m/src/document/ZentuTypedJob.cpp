@@ -87,8 +87,10 @@ class ZentuTypedJobReader {
         const auto& commands = job_.document_.Commands();
         ReserveItemOrigins();
         for (std::size_t index = 0; index < commands.size(); ++index) {
+            job_.firstReadItems_.push_back(job_.readItems_.size());
             ReadCommand(index);
         }
+        job_.firstReadItems_.push_back(job_.readItems_.size());
         const bool readable = std::none_of(
             job_.document_.Findings().begin(), job_.document_.Findings().end(),
             [](const ZentuFinding& finding) { return finding.code == ZentuFindingCodes::IO; });
@@ -113,7 +115,8 @@ class ZentuTypedJobReader {
         for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
             items += command.items.size();
         }
-        job_.itemOrigins_.Reserve(items);
+        job_.readItems_.reserve(items);
+        job_.firstReadItems_.reserve(job_.document_.Commands().size() + 1);
     }
 
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
@@ -170,7 +173,7 @@ class ZentuTypedJobReader {
         try {
             std::unique_ptr<ZentuCmdItem> item =
                 ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
-            job_.itemOrigins_.Insert(item.get(), ZentuOrigin{commandIndex, itemIndex});
+            job_.readItems_.push_back(ZentuTypedJob::ReadItem{item.get(), itemIndex});
             if (found->second.type == DataType::REFERENCE) {
                 references_.Insert(item.get(), true);
                 referenceKinds_.set(static_cast<std::size_t>(found->second.key));
@@ -483,13 +486,20 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
+    const ZentuOrigin origin = OriginOf(command);
+    if (origin.command == ZentuOrigin::NONE || origin.item != ZentuOrigin::NONE) {
+        return ZentuOrigin{origin.command, ZentuOrigin::NONE};
+    }
+    const std::vector<ZentuDocumentItem>& written = document_.Commands()[origin.command].items;
+    const auto first =
+        readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[origin.command]);
+    const auto last =
+        readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[origin.command + 1]);
     // A rule may erase an item of the file (the expression rule erases the expression) and add one
     // that takes the freed address: an origin holds only for an item that bears the name written.
-    const ZentuOrigin* found = itemOrigins_.Find(&item);
-    if (found != nullptr &&
-        ZentuStringUtil::equals_ignoring_case(
-            document_.Commands()[found->command].items[found->item].name, item.GetName())) {
-        return *found;
-    }
-    return ZentuOrigin{OriginOf(command).command, ZentuOrigin::NONE};
+    const auto found = std::find_if(first, last, [&](const ReadItem& read) {
+        return read.item == &item &&
+               ZentuStringUtil::equals_ignoring_case(written[read.index].name, item.GetName());
+    });
+    return ZentuOrigin{origin.command, found == last ? ZentuOrigin::NONE : found->index};
 }
