@@ -2,7 +2,6 @@
 
 #include <iostream>
 
-#include "FindingsOutput.h"
 #include "Inputs.h"
 #include "ZentuJobJson.h"
 
@@ -20,7 +19,8 @@ DumpCommand::DumpCommand(CLI::App& app)
 int DumpCommand::Run(const RunContext& context) {
     return use_each_job(expand_inputs(inputs_), context.schemas,
                         [](const std::string&, const std::string& name, const InputJob& read) {
-                            print_json(ZentuJobJson::job(name, read.job), std::cout);
+                            ZentuJobJson::write_job(name, read.job, std::cout);
+                            std::cout << "\n";
                         });
 }
 

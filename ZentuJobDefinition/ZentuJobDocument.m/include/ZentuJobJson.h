@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ostream>
 #include <string>
 
 #include "ZentuCmdItemDefs.h"
@@ -20,6 +21,12 @@ namespace ZentuJobJson {
 
 // The whole job under the name that scripts know it by.
 ZENTU_JOB_DOCUMENT_API ZentuJson job(const std::string& name, const ZentuTypedJob& job);
+
+// Writes job(name, job) as dump(2) gives it, indented by two blanks, with invalid UTF-8 replaced,
+// one command at a time: the JSON of a big job is many times its size and never stands whole
+// in memory.
+ZENTU_JOB_DOCUMENT_API void write_job(const std::string& name, const ZentuTypedJob& job,
+                                      std::ostream& out);
 
 // One command with its items, as job() writes it.
 ZENTU_JOB_DOCUMENT_API ZentuJson command(const ZentuTypedJob& job, const ZentuCmd& command);

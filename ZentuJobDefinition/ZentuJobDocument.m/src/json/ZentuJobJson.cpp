@@ -4,47 +4,58 @@
 #include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuTypedJob.h"
+#include "json/ZentuJsonSinks.h"
 
 using json = ZentuJson;
 using ZentuCmdItemDefs::CmdItem;
 
 namespace {
 
-json vector_of(const ZentuCmdItem& item) {
-    const ZentuMatrix<3, 1, double> vector = item.GetVector3d();
-    return json::array({vector(0, 0), vector(1, 0), vector(2, 0)});
-}
-
-json integer_list_of(const ZentuCmdItem& item) {
-    json values = json::array();
-    for (int value : item.GetBreltList()) {
-        values.push_back(value);
-    }
-    return values;
-}
+// The depth of a command in a job's JSON: in the array of the job's commands.
+constexpr std::size_t COMMAND_DEPTH = 2;
 
 // Every reading that the item answers to, under the name of its data type in lower case.
-json readings_of(const ZentuCmdItem& item) {
-    json readings = json::object();
+template <class Sink>
+void emit_readings(const ZentuCmdItem& item, Sink& sink) {
+    sink.BeginObject();
     if (item.HasInteger()) {
-        readings["integer"] = item.GetInteger();
+        sink.Key("integer");
+        sink.Value(item.GetInteger());
     }
     if (item.HasReal()) {
-        readings["real"] = item.GetReal();
+        sink.Key("real");
+        sink.Value(item.GetReal());
     }
     if (item.HasVector3d()) {
-        readings["vector3d"] = vector_of(item);
+        const ZentuMatrix<3, 1, double> vector = item.GetVector3d();
+        sink.Key("vector3d");
+        sink.BeginArray();
+        for (std::size_t row = 0; row < 3; ++row) {
+            sink.Value(vector(row, 0));
+        }
+        sink.End();
     }
     if (item.HasEnum()) {
-        readings["enum"] = static_cast<int>(item.GetEnum());
+        sink.Key("enum");
+        sink.Value(static_cast<int>(item.GetEnum()));
     }
     if (item.HasList()) {
-        readings["list"] = item.GetList();
+        sink.Key("list");
+        sink.BeginArray();
+        for (const std::string& element : item.GetList()) {
+            sink.Value(element);
+        }
+        sink.End();
     }
     if (item.HasBreltList()) {
-        readings["integer_list"] = integer_list_of(item);
+        sink.Key("integer_list");
+        sink.BeginArray();
+        for (int value : item.GetBreltList()) {
+            sink.Value(value);
+        }
+        sink.End();
     }
-    return readings;
+    sink.End();
 }
 
 // The line that an origin in the document points at: an item's name, else a command's keyword;
@@ -58,18 +69,26 @@ json line_of(const ZentuJobDocument& document, const ZentuOrigin& origin) {
 }
 
 // An item's entry; without line when nothing in the file gave rise to it.
-json item_entry(CmdItem kind, const ZentuCmdItem& item, json line) {
-    json entry = {{"name", item.GetName()},
-                  {"kind", ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(kind)]}};
+template <class Sink>
+void emit_item(CmdItem kind, const ZentuCmdItem& item, const json& line, Sink& sink) {
+    sink.BeginObject();
+    sink.Key("name");
+    sink.Value(item.GetName());
+    sink.Key("kind");
+    sink.Value(ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(kind)]);
     if (!line.is_null()) {
-        entry["line"] = std::move(line);
+        sink.Key("line");
+        sink.Value(line);
     }
-    entry["text"] = item.GetString();
-    entry["readings"] = readings_of(item);
+    sink.Key("text");
+    sink.Value(item.GetString());
+    sink.Key("readings");
+    emit_readings(item, sink);
     if (item.HasReference() && item.GetReference() != nullptr) {
-        entry["reference"] = ZentuJobJson::identifier(*item.GetReference());
+        sink.Key("reference");
+        sink.Value(ZentuJobJson::identifier(*item.GetReference()));
     }
-    return entry;
+    sink.End();
 }
 
 // An item that the file does not hold takes its command's line, since the command's default or
@@ -80,12 +99,57 @@ json item_line(const ZentuTypedJob& job, const ZentuCmd& command, const ZentuCmd
     return origin.item == ZentuOrigin::NONE ? commandLine : line_of(job.Document(), origin);
 }
 
+template <class Sink>
+void emit_command(const ZentuTypedJob& job, const ZentuCmd& command, Sink& sink) {
+    sink.BeginObject();
+    sink.Key("kind");
+    sink.Value(ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.GetType())]);
+    sink.Key("name");
+    sink.Value(command.GetName());
+    sink.Key("identifier");
+    sink.Value(ZentuJobJson::identifier(command));
+    const json commandLine = ZentuJobJson::line(job, command);
+    if (!commandLine.is_null()) {
+        sink.Key("line");
+        sink.Value(commandLine);
+    }
+    sink.Key("items");
+    sink.BeginArray();
+    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        const auto itemKind = static_cast<CmdItem>(kind);
+        for (const auto& item : command.Items(itemKind)) {
+            emit_item(itemKind, *item, item_line(job, command, *item, commandLine), sink);
+        }
+    }
+    sink.End();
+    sink.End();
+}
+
 // A number of the finding's range, or null for a finding without place.
 json place_number(const ZentuFinding& finding, std::size_t number) {
     return zentu_has_place(finding) ? json(number) : json(nullptr);
 }
 
 }  // namespace
+
+void ZentuJobJson::write_job(const std::string& name, const ZentuTypedJob& job, std::ostream& out) {
+    // The commands go out in pieces of about this many bytes.
+    constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
+    std::string piece =
+        "{\n  \"path\": " + ZentuJsonSinks::scalar_text(name) + ",\n  \"commands\": [";
+    const char* separator = "\n    ";
+    for (const ZentuCmd& command : job.Container()) {
+        piece += separator;
+        ZentuJsonSinks::Text sink(piece, COMMAND_DEPTH);
+        emit_command(job, command, sink);
+        separator = ",\n    ";
+        if (piece.size() >= PIECE_SIZE) {
+            out << piece;
+            piece.clear();
+        }
+    }
+    out << piece << (*separator == ',' ? "\n  ]\n}" : "]\n}");
+}
 
 json ZentuJobJson::finding(const ZentuFinding& finding) {
     const ZentuTextRange& range = finding.range;
@@ -110,27 +174,15 @@ json ZentuJobJson::line(const ZentuTypedJob& job, const ZentuCmd& command) {
 
 json ZentuJobJson::item(const ZentuTypedJob& job, const ZentuCmd& command, CmdItem kind,
                         const ZentuCmdItem& item) {
-    return item_entry(kind, item, item_line(job, command, item, line(job, command)));
+    ZentuJsonSinks::Tree sink;
+    emit_item(kind, item, item_line(job, command, item, line(job, command)), sink);
+    return sink.Take();
 }
 
 json ZentuJobJson::command(const ZentuTypedJob& job, const ZentuCmd& command) {
-    json entry = {{"kind", ZentuCmdDefs::CMD_NAMES[static_cast<std::size_t>(command.GetType())]},
-                  {"name", command.GetName()},
-                  {"identifier", identifier(command)}};
-    const json commandLine = line(job, command);
-    if (!commandLine.is_null()) {
-        entry["line"] = commandLine;
-    }
-    json items = json::array();
-    for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-        const auto itemKind = static_cast<CmdItem>(kind);
-        for (const auto& item : command.Items(itemKind)) {
-            items.push_back(
-                item_entry(itemKind, *item, item_line(job, command, *item, commandLine)));
-        }
-    }
-    entry["items"] = std::move(items);
-    return entry;
+    ZentuJsonSinks::Tree sink;
+    emit_command(job, command, sink);
+    return sink.Take();
 }
 
 json ZentuJobJson::job(const std::string& name, const ZentuTypedJob& job) {
