@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <fstream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "ZentuBoundRules.h"
 #include "ZentuCmdContainer.h"
 #include "ZentuJobChecks.h"
+#include "ZentuJobJson.h"
 #include "ZentuJobSchema.h"
 #include "ZentuParFileAdapter.h"
 #include "ZentuTypedJob.h"
@@ -80,6 +82,31 @@ void BM_CheckJob(benchmark::State& state) {
     ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
 }
 
+// Reading and dumping a job as JSON (`zentu-cmd dump`) against reading it, in processor time and
+// in peak memory: a dump costs at most its reading again and no memory beyond the reading's.
+void BM_DumpAgainstReading(benchmark::State& state) {
+    silence_warnings();
+    const std::filesystem::path path = JobFiles::Instance().BuiltinJob(command_count(state));
+    double readSeconds = 0.0;
+    double dumpSeconds = 0.0;
+    for (auto _ : state) {
+        std::optional<ZentuTypedJob> job;
+        const double read = ZentuBenchSupport::seconds_of([&] {
+            job.emplace(ZentuTypedJob::ReadFile(path.string(), Schema(), ZentuCompletion::FULL));
+        });
+        std::ofstream nowhere("/dev/null");
+        const double dump = ZentuBenchSupport::seconds_of(
+            [&] { ZentuJobJson::write_job(path.string(), *job, nowhere); });
+        state.SetIterationTime(read + dump);
+        readSeconds += read;
+        dumpSeconds += dump;
+    }
+    state.counters["x_reading"] = (readSeconds + dumpSeconds) / readSeconds;
+    state.counters["x_reading_memory"] =
+        static_cast<double>(ZentuBenchSupport::peak_of_reading(path, "dump")) /
+        static_cast<double>(ZentuBenchSupport::peak_of_reading(path, "read"));
+}
+
 // The sizes of the generated jobs, in commands; the larger one is the one the target holds for.
 void job_sizes(benchmark::internal::Benchmark* family) {
     family->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
@@ -88,5 +115,6 @@ void job_sizes(benchmark::internal::Benchmark* family) {
 BENCHMARK(BM_ReadTypedJob)->Apply(job_sizes);
 BENCHMARK(BM_ReadParFileWithSchema)->Apply(job_sizes);
 BENCHMARK(BM_CheckJob)->Apply(job_sizes);
+BENCHMARK(BM_DumpAgainstReading)->Apply(job_sizes)->UseManualTime();
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -21,28 +20,13 @@
 #include "ZentuCmdMetaData.h"
 #include "ZentuCmdParOutput.h"
 #include "ZentuParFileAdapter.h"
+#include "bench_support.h"
 #include "job_files.h"
 #include "job_generator.h"
 
 namespace {
 
 using ZentuJobGenerator::ExpressionRule;
-
-// The processor time of this process in seconds; unlike the time on the wall it does not grow
-// when other programs share the machine.
-double processor_seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-// The processor seconds that work takes.
-template <typename Work>
-double seconds_of(Work work) {
-    const double start = processor_seconds();
-    work();
-    return processor_seconds() - start;
-}
 
 // The raw reading that a job is compared with: every line of the file, read and dropped.
 std::size_t scan_lines(const std::filesystem::path& path) {
@@ -99,9 +83,10 @@ void BM_ReadAgainstLineScan(benchmark::State& state) {
     double readSeconds = 0.0;
     double scanSeconds = 0.0;
     for (auto _ : state) {
-        scanSeconds += seconds_of([&path] { benchmark::DoNotOptimize(scan_lines(path)); });
+        scanSeconds +=
+            ZentuBenchSupport::seconds_of([&path] { benchmark::DoNotOptimize(scan_lines(path)); });
         ZentuCmdContainer container;
-        const double seconds = seconds_of([&] { reader.Parse(container); });
+        const double seconds = ZentuBenchSupport::seconds_of([&] { reader.Parse(container); });
         readSeconds += seconds;
         state.SetIterationTime(seconds);
     }
@@ -126,26 +111,12 @@ void BM_WriteAgainstFwrite(benchmark::State& state) {
         // Both write new files: rewriting one in place makes some file systems flush it on close.
         std::filesystem::remove(raw);
         std::filesystem::remove(written);
-        rawSeconds += seconds_of([&] { write_raw(raw, text); });
-        const double seconds = seconds_of([&writer] { writer.Write(L"w"); });
+        rawSeconds += ZentuBenchSupport::seconds_of([&] { write_raw(raw, text); });
+        const double seconds = ZentuBenchSupport::seconds_of([&writer] { writer.Write(L"w"); });
         writeSeconds += seconds;
         state.SetIterationTime(seconds);
     }
     report_against_raw(state, writeSeconds, rawSeconds, "x_fwrite");
-}
-
-// The peak resident memory, in bytes, of a fresh process that reads and completes the file.
-std::int64_t peak_of_reading(const std::filesystem::path& path) {
-    const std::string command = std::string(ZENTU_READ_JOB_PROGRAM) + " '" + path.string() + "'";
-    std::FILE* output = popen(command.c_str(), "r");
-    long long peak = -1;
-    if (output == nullptr || std::fscanf(output, "%lld", &peak) != 1) {
-        peak = -1;
-    }
-    if (output != nullptr && pclose(output) != 0) {
-        peak = -1;
-    }
-    return peak;
 }
 
 // The peak memory that reading and completing the file takes beyond that of reading an empty file,
@@ -153,7 +124,8 @@ std::int64_t peak_of_reading(const std::filesystem::path& path) {
 std::int64_t added_peak_of_reading(const std::filesystem::path& path) {
     const std::filesystem::path empty = JobFiles::Instance().Scratch("empty.par");
     write_raw(empty, "");
-    return peak_of_reading(path) - peak_of_reading(empty);
+    return ZentuBenchSupport::peak_of_reading(path, "parse") -
+           ZentuBenchSupport::peak_of_reading(empty, "parse");
 }
 
 // The memory that reading and completing adds at its peak, against the size of the file.

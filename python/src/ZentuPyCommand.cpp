@@ -47,7 +47,7 @@ std::vector<ZentuPyItem> ZentuPyCommand::Items() {
     const ZentuCmd& command = Command();
     std::vector<ZentuPyItem> items;
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-        for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+        for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
             items.emplace_back(reading_, command, static_cast<CmdItem>(kind), *item);
         }
     }

@@ -156,7 +156,7 @@ void find_undescribed(const ZentuJobDocument& document, const ZentuJobSchema& sc
 void find_rewritten(const ZentuTypedJob& job, ZentuCanonicalLosses& losses) {
     for (const ZentuCmd& command : job.Container()) {
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.Items(static_cast<CmdItem>(kind))) {
+            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                 const ZentuOrigin origin = job.OriginOf(command, *item);
                 if (origin.item == ZentuOrigin::NONE) {
                     continue;

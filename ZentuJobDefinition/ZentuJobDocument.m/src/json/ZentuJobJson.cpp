@@ -117,7 +117,7 @@ void emit_command(const ZentuTypedJob& job, const ZentuCmd& command, Sink& sink)
     sink.BeginArray();
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
         const auto itemKind = static_cast<CmdItem>(kind);
-        for (const auto& item : command.Items(itemKind)) {
+        for (const auto& item : command.GetItemRange(itemKind)) {
             emit_item(itemKind, *item, item_line(job, command, *item, commandLine), sink);
         }
     }
