@@ -14,6 +14,7 @@
 #include "ZentuBoundRules.h"
 #include "ZentuCmdContainer.h"
 #include "ZentuJobChecks.h"
+#include "ZentuJobFormatter.h"
 #include "ZentuJobJson.h"
 #include "ZentuJobSchema.h"
 #include "ZentuParFileAdapter.h"
@@ -82,29 +83,47 @@ void BM_CheckJob(benchmark::State& state) {
     ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
 }
 
-// Reading and dumping a job as JSON (`zentu-cmd dump`) against reading it, in processor time and
-// in peak memory: a dump costs at most its reading again and no memory beyond the reading's.
-void BM_DumpAgainstReading(benchmark::State& state) {
+// Reads the job as a front end does and runs a step on what it read, in every iteration; reports
+// the reading and the step together against the reading alone, in processor time, as x_reading.
+// The time shown is the reading's and the step's.
+template <typename Step>
+void time_after_reading(benchmark::State& state, ZentuCompletion completion, Step step) {
     silence_warnings();
     const std::filesystem::path path = JobFiles::Instance().BuiltinJob(command_count(state));
     double readSeconds = 0.0;
-    double dumpSeconds = 0.0;
+    double stepSeconds = 0.0;
     for (auto _ : state) {
         std::optional<ZentuTypedJob> job;
-        const double read = ZentuBenchSupport::seconds_of([&] {
-            job.emplace(ZentuTypedJob::ReadFile(path.string(), Schema(), ZentuCompletion::FULL));
-        });
-        std::ofstream nowhere("/dev/null");
-        const double dump = ZentuBenchSupport::seconds_of(
-            [&] { ZentuJobJson::write_job(path.string(), *job, nowhere); });
-        state.SetIterationTime(read + dump);
+        const double read = ZentuBenchSupport::seconds_of(
+            [&] { job.emplace(ZentuTypedJob::ReadFile(path.string(), Schema(), completion)); });
+        const double stepped = ZentuBenchSupport::seconds_of([&] { step(*job); });
+        state.SetIterationTime(read + stepped);
         readSeconds += read;
-        dumpSeconds += dump;
+        stepSeconds += stepped;
     }
-    state.counters["x_reading"] = (readSeconds + dumpSeconds) / readSeconds;
+    state.counters["x_reading"] = (readSeconds + stepSeconds) / readSeconds;
+}
+
+// Dumping a job as JSON (`zentu-cmd dump`) after reading it, against the reading, in processor
+// time and in peak memory: a dump costs at most its reading again and no memory beyond the
+// reading's.
+void BM_DumpAgainstReading(benchmark::State& state) {
+    time_after_reading(state, ZentuCompletion::FULL, [](const ZentuTypedJob& job) {
+        std::ofstream nowhere("/dev/null");
+        ZentuJobJson::write_job(job.Document().Path(), job, nowhere);
+    });
+    const std::filesystem::path path = JobFiles::Instance().BuiltinJob(command_count(state));
     state.counters["x_reading_memory"] =
         static_cast<double>(ZentuBenchSupport::peak_of_reading(path, "dump")) /
         static_cast<double>(ZentuBenchSupport::peak_of_reading(path, "read"));
+}
+
+// Formatting a job after reading it as `zentu-cmd format` does (without completion), against the
+// reading: formatting costs at most the reading again.
+void BM_FormatAgainstReading(benchmark::State& state) {
+    time_after_reading(state, ZentuCompletion::NONE, [](const ZentuTypedJob& job) {
+        benchmark::DoNotOptimize(ZentuJobFormatter::format_document(job.Document(), Schema()));
+    });
 }
 
 // The sizes of the generated jobs, in commands; the larger one is the one the target holds for.
@@ -116,5 +135,6 @@ BENCHMARK(BM_ReadTypedJob)->Apply(job_sizes);
 BENCHMARK(BM_ReadParFileWithSchema)->Apply(job_sizes);
 BENCHMARK(BM_CheckJob)->Apply(job_sizes);
 BENCHMARK(BM_DumpAgainstReading)->Apply(job_sizes)->UseManualTime();
+BENCHMARK(BM_FormatAgainstReading)->Apply(job_sizes)->UseManualTime();
 
 }  // namespace
