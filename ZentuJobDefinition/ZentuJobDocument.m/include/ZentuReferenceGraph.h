@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -54,9 +55,14 @@ class ZENTU_JOB_DOCUMENT_API ZentuReferenceGraph {
     std::string ToDot() const;
 
   private:
+    // The nodes by identifier, made when a list of references first needs them.
+    using IdentifierIndex = std::optional<std::unordered_map<std::string_view, std::size_t>>;
+
     // Adds an edge for each element of the command's lists of references that names a command.
     void AddListEdges(const ZentuCmd& command, std::size_t from, const ZentuJobSchema& schema,
-                      const std::unordered_map<std::string, std::size_t>& byIdentifier);
+                      IdentifierIndex& byIdentifier);
+    // Indexes the nodes by identifier, the first of each; the nodes must not change after.
+    void IndexIdentifiers(std::unordered_map<std::string_view, std::size_t>& byIdentifier) const;
 
     std::vector<Node> nodes_;
     std::vector<Edge> edges_;

@@ -61,8 +61,7 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
     const std::size_t count = job.Document().Commands().size();
     ZentuPointerTable<std::size_t> index;
     index.Reserve(count);
-    std::unordered_map<std::string, std::size_t> byIdentifier;
-    byIdentifier.reserve(count);
+    IdentifierIndex byIdentifier;
     nodes_.reserve(count);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
@@ -77,7 +76,6 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
             node.fromFile = read.keyword == command.GetName() && origin.item == ZentuOrigin::NONE;
         }
         index.Insert(&command, nodes_.size());
-        byIdentifier.emplace(node.identifier, nodes_.size());
         nodes_.push_back(std::move(node));
     }
     for (std::size_t from = 0; from < nodes_.size(); ++from) {
@@ -105,9 +103,9 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
     }
 }
 
-void ZentuReferenceGraph::AddListEdges(
-    const ZentuCmd& command, std::size_t from, const ZentuJobSchema& schema,
-    const std::unordered_map<std::string, std::size_t>& byIdentifier) {
+void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from,
+                                       const ZentuJobSchema& schema,
+                                       IdentifierIndex& byIdentifier) {
     const ZentuCommandSchema* described =
         schema.FindCommand(ZentuStringUtil::to_upper(command.GetName()));
     if (described == nullptr) {
@@ -118,16 +116,27 @@ void ZentuReferenceGraph::AddListEdges(
             continue;
         }
         for (const auto& item : command.GetItemRange(description.kind)) {
+            if (!byIdentifier) {
+                IndexIdentifiers(byIdentifier.emplace());
+            }
             std::vector<std::string> elements;
             ZentuStringUtil::Split(item->GetString(), ",", elements);
             for (std::string& element : elements) {
                 ZentuStringUtil::Trim(element);
-                const auto target = byIdentifier.find(ZentuStringUtil::to_upper(element));
-                if (target != byIdentifier.end() && target->second != from) {
+                const auto target = byIdentifier->find(ZentuStringUtil::to_upper(element));
+                if (target != byIdentifier->end() && target->second != from) {
                     edges_.push_back({from, target->second, &item->GetName(), std::nullopt});
                 }
             }
         }
+    }
+}
+
+void ZentuReferenceGraph::IndexIdentifiers(
+    std::unordered_map<std::string_view, std::size_t>& byIdentifier) const {
+    byIdentifier.reserve(nodes_.size());
+    for (std::size_t n = 0; n < nodes_.size(); ++n) {
+        byIdentifier.emplace(nodes_[n].identifier, n);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "BreltList.h"
@@ -369,19 +370,29 @@ void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
                          const ZentuCommandSchema& schema, std::size_t c,
                          IdentifiersByKind& identifiers, std::vector<ZentuFinding>& findings) {
     const ZentuDocumentCommand& command = job.Document().Commands()[c];
-    std::unordered_map<std::string, std::size_t> seen;
+    // The described items met so far with the line of the first of each name; a command holds
+    // few items, so a search beats a hash table built per command.
+    std::vector<std::pair<const std::string*, std::size_t>> seen;
+    const auto first_line_of = [&seen](const std::string& name) -> const std::size_t* {
+        const auto found = std::find_if(seen.begin(), seen.end(),
+                                        [&](const auto& entry) { return *entry.first == name; });
+        return found == seen.end() ? nullptr : &found->second;
+    };
     for (std::size_t i = 0; i < command.items.size(); ++i) {
         const ZentuDocumentItem& written = command.items[i];
         const ZentuItemSchema* description = schema.FindItem(upper(written.name));
         if (description == nullptr) {
             continue;
         }
-        const auto [first, added] = seen.emplace(description->name, written.line);
-        if (!added && !description->multiple) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::DUPLICATE_ITEM,
-                KPL_Failure::Format(Messages::DUPLICATE_ITEM, written.name.c_str(), first->second),
-                written.name_range));
+        if (const std::size_t* firstLine = first_line_of(description->name)) {
+            if (!description->multiple) {
+                findings.push_back(zentu_finding(
+                    ZentuFindingCodes::DUPLICATE_ITEM,
+                    KPL_Failure::Format(Messages::DUPLICATE_ITEM, written.name.c_str(), *firstLine),
+                    written.name_range));
+            }
+        } else {
+            seen.emplace_back(&description->name, written.line);
         }
         check_bounds(written, *description, view.Item(c, i), findings);
         if (description->type == DataType::BRELT_LIST) {
@@ -393,7 +404,7 @@ void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
         }
     }
     for (const ZentuItemSchema& description : schema.items) {
-        if (description.required && seen.count(description.name) == 0 &&
+        if (description.required && first_line_of(description.name) == nullptr &&
             !holds(view.Command(c), description)) {
             findings.push_back(zentu_finding(
                 ZentuFindingCodes::MISSING_ITEM,
