@@ -43,9 +43,8 @@ void silence_warnings() {
 
 // The document, its typing, completion and checks, from the file; the job of the iteration
 // before is destroyed outside the time, as the reader's container is.
-void BM_ReadTypedJob(benchmark::State& state) {
+void read_typed_jobs(benchmark::State& state, const std::string& path) {
     silence_warnings();
-    const std::string path = JobFiles::Instance().BuiltinJob(command_count(state)).string();
     std::optional<ZentuTypedJob> job;
     for (auto _ : state) {
         state.PauseTiming();
@@ -54,6 +53,17 @@ void BM_ReadTypedJob(benchmark::State& state) {
         job.emplace(ZentuTypedJob::ReadFile(path, Schema(), ZentuCompletion::FULL));
     }
     ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
+}
+
+// A job that the schema describes.
+void BM_ReadTypedJob(benchmark::State& state) {
+    read_typed_jobs(state, JobFiles::Instance().BuiltinJob(command_count(state)).string());
+}
+
+// A job of which the schema does not describe one item per group: a finding for every tenth
+// command, which the checks that follow reading must not look through again and again.
+void BM_ReadTypedJobWithFindings(benchmark::State& state) {
+    read_typed_jobs(state, JobFiles::Instance().Job(command_count(state)).string());
 }
 
 // The parameter-file reader with the configuration that the same schema describes.
@@ -132,6 +142,7 @@ void job_sizes(benchmark::internal::Benchmark* family) {
 }
 
 BENCHMARK(BM_ReadTypedJob)->Apply(job_sizes);
+BENCHMARK(BM_ReadTypedJobWithFindings)->Apply(job_sizes);
 BENCHMARK(BM_ReadParFileWithSchema)->Apply(job_sizes);
 BENCHMARK(BM_CheckJob)->Apply(job_sizes);
 BENCHMARK(BM_DumpAgainstReading)->Apply(job_sizes)->UseManualTime();
