@@ -75,11 +75,18 @@ class ZENTU_JOB_DOCUMENT_API ZentuTypedJob {
     ZentuJobDocument document_;
     ZentuCmdContainer container_;
     std::vector<ZentuFinding> findings_;
-    // An item read from the file and its index among its document command's items.
+    // An item read from the file, its index among its document command's items, and whether it
+    // refers to a command.
     struct ReadItem {
         const ZentuCmdItem* item = nullptr;
         std::size_t index = 0;
+        bool reference = false;
     };
+
+    // The entry of an item of the command that was read from the file and is still there, with
+    // the index of its document command; null for any other item.
+    const ReadItem* FindReadItem(const ZentuCmd& command, const ZentuCmdItem& item,
+                                 std::size_t& documentCommand) const;
 
     ZentuOriginTable commandOrigins_;
     // The items read from the file, document command by document command: an item's origin is

@@ -173,9 +173,9 @@ class ZentuTypedJobReader {
         try {
             std::unique_ptr<ZentuCmdItem> item =
                 ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
-            job_.readItems_.push_back(ZentuTypedJob::ReadItem{item.get(), itemIndex});
-            if (found->second.type == DataType::REFERENCE) {
-                references_.Insert(item.get(), true);
+            const bool reference = found->second.type == DataType::REFERENCE;
+            job_.readItems_.push_back(ZentuTypedJob::ReadItem{item.get(), itemIndex, reference});
+            if (reference) {
                 referenceKinds_.set(static_cast<std::size_t>(found->second.key));
             }
             command.AddItem(found->second.key, std::move(item));
@@ -405,11 +405,9 @@ class ZentuTypedJobReader {
 
     // An item that took the place of an erased reference of the file is no reference of the file.
     void CheckReference(const ZentuCmd& command, const ZentuCmdItem& item) {
-        if (references_.Find(&item) == nullptr) {
-            return;
-        }
-        const ZentuOrigin origin = job_.OriginOf(command, item);
-        if (origin.item == ZentuOrigin::NONE) {
+        std::size_t documentCommand = ZentuOrigin::NONE;
+        const ZentuTypedJob::ReadItem* read = job_.FindReadItem(command, item, documentCommand);
+        if (read == nullptr || !read->reference) {
             return;
         }
         if (item.HasReference()) {
@@ -424,16 +422,15 @@ class ZentuTypedJobReader {
                                    identifier.empty() ? "" : (" '" + identifier + "'").c_str(),
                                    item.GetName().c_str(), item.GetString().c_str()) +
                    did_you_mean(meant, "'"),
-               DocumentCommand(origin.command).items[origin.item].value_range, meant);
+               DocumentCommand(documentCommand).items[read->index].value_range, meant);
     }
 
     ZentuTypedJob& job_;
     const ZentuCmdIoConfig config_;
     const ZentuJobSchema& schema_;
     const ZentuCmdMetaData unknownCommand_;
-    // The reference items read from the file, which CheckReferences judges.
-    ZentuPointerTable<bool> references_;
-    // The item kinds that hold them, the only ones that CheckReferences looks at.
+    // The item kinds that hold the reference items read from the file, which CheckReferences
+    // judges: the only kinds it looks at.
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<std::vector<std::string>> identifiers_;
@@ -486,9 +483,18 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
+    std::size_t documentCommand = ZentuOrigin::NONE;
+    const ReadItem* read = FindReadItem(command, item, documentCommand);
+    return ZentuOrigin{documentCommand, read == nullptr ? ZentuOrigin::NONE : read->index};
+}
+
+const ZentuTypedJob::ReadItem* ZentuTypedJob::FindReadItem(const ZentuCmd& command,
+                                                           const ZentuCmdItem& item,
+                                                           std::size_t& documentCommand) const {
     const ZentuOrigin origin = OriginOf(command);
+    documentCommand = origin.command;
     if (origin.command == ZentuOrigin::NONE || origin.item != ZentuOrigin::NONE) {
-        return ZentuOrigin{origin.command, ZentuOrigin::NONE};
+        return nullptr;
     }
     const std::vector<ZentuDocumentItem>& written = document_.Commands()[origin.command].items;
     const auto first =
@@ -496,10 +502,10 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem&
     const auto last =
         readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[origin.command + 1]);
     // A rule may erase an item of the file (the expression rule erases the expression) and add one
-    // that takes the freed address: an origin holds only for an item that bears the name written.
+    // that takes the freed address: an entry holds only for an item that bears the name written.
     const auto found = std::find_if(first, last, [&](const ReadItem& read) {
         return read.item == &item &&
                ZentuStringUtil::equals_ignoring_case(written[read.index].name, item.GetName());
     });
-    return ZentuOrigin{origin.command, found == last ? ZentuOrigin::NONE : found->index};
+    return found == last ? nullptr : &*found;
 }
