@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,6 +15,7 @@
 #include "../engine/engine_test_support.h"
 #include "ZentuBoundRules.h"
 #include "ZentuCmd.h"
+#include "ZentuJobJson.h"
 #include "ZentuParFileAdapter.h"
 #include "ZentuStringUtil.h"
 #include "document_test_support.h"
@@ -60,6 +62,14 @@ void ExpectTracedToTheDocument(const ZentuTypedJob& job, const ZentuJobSchema& s
     }
 }
 
+// The JSON written piece by piece is the text of the job's JSON value.
+void ExpectJsonWrittenAsDumped(const ZentuTypedJob& job) {
+    std::ostringstream written;
+    ZentuJobJson::write_job("a \"job\"", job, written);
+    EXPECT_EQ(written.str(), ZentuJobJson::job("a \"job\"", job)
+                                 .dump(2, ' ', false, ZentuJson::error_handler_t::replace));
+}
+
 // The property: reading through the document gives what the reader gives, without errors.
 void ExpectSameAsTheReader(const fs::path& path, const ZentuJobSchema& schema) {
     SCOPED_TRACE(path.string());
@@ -67,6 +77,7 @@ void ExpectSameAsTheReader(const fs::path& path, const ZentuJobSchema& schema) {
     EXPECT_FALSE(job.Document().HasErrors());
     EXPECT_EQ(zentu_test::CmdLines(job.Container()), AdapterLines(path, schema));
     ExpectTracedToTheDocument(job, schema);
+    ExpectJsonWrittenAsDumped(job);
 }
 
 // The same lines with CR LF ends and a byte-order mark, which both readers skip.
@@ -107,6 +118,14 @@ TEST(TypedJob, ExamplesAndGeneratedJobsReadAsTheReaderReadsThem) {
             << AsWindowsText(std::string(std::istreambuf_iterator<char>(in), {}));
         ExpectSameAsTheReader(windows, *schema);
     }
+}
+
+// Texts that JSON escapes or replaces are written as the value dumps them.
+TEST(TypedJob, JsonOfUnusualTextsWrittenAsDumped) {
+    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
+    ExpectJsonWrittenAsDumped(ZentuTypedJob::ReadText(
+        "OPTIONS\n  ID_NAME = o\n  DESCRIPTION = \"q\" \\ caf\xC3\xA9 \x01 \xFF~\x7F\nEND_\n",
+        "x.par", schema, ZentuCompletion::FULL));
 }
 
 // What the texts below refer to: a group and two responses.

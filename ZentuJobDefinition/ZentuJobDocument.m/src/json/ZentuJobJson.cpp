@@ -11,9 +11,6 @@ using ZentuCmdItemDefs::CmdItem;
 
 namespace {
 
-// The depth of a command in a job's JSON: in the array of the job's commands.
-constexpr std::size_t COMMAND_DEPTH = 2;
-
 // Every reading that the item answers to, under the name of its data type in lower case.
 template <class Sink>
 void emit_readings(const ZentuCmdItem& item, Sink& sink) {
@@ -133,22 +130,18 @@ json place_number(const ZentuFinding& finding, std::size_t number) {
 }  // namespace
 
 void ZentuJobJson::write_job(const std::string& name, const ZentuTypedJob& job, std::ostream& out) {
-    // The commands go out in pieces of about this many bytes.
-    constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
-    std::string piece =
-        "{\n  \"path\": " + ZentuJsonSinks::scalar_text(name) + ",\n  \"commands\": [";
-    const char* separator = "\n    ";
+    ZentuJsonSinks::Text sink(out);
+    sink.BeginObject();
+    sink.Key("path");
+    sink.Value(name);
+    sink.Key("commands");
+    sink.BeginArray();
     for (const ZentuCmd& command : job.Container()) {
-        piece += separator;
-        ZentuJsonSinks::Text sink(piece, COMMAND_DEPTH);
         emit_command(job, command, sink);
-        separator = ",\n    ";
-        if (piece.size() >= PIECE_SIZE) {
-            out << piece;
-            piece.clear();
-        }
     }
-    out << piece << (*separator == ',' ? "\n  ]\n}" : "]\n}");
+    sink.End();
+    sink.End();
+    sink.Flush();
 }
 
 json ZentuJobJson::finding(const ZentuFinding& finding) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -26,15 +27,20 @@ inline std::string scalar_text(const ZentuJson& scalar) {
 // Builds the value as a tree.
 class Tree {
   public:
+    // Opens an object, whose members follow as keys and values until End().
     void BeginObject() { open_.emplace_back(std::move(key_), ZentuJson::object()); }
+    // Opens an array, whose elements follow until End().
     void BeginArray() { open_.emplace_back(std::move(key_), ZentuJson::array()); }
+    // Closes the object or array opened last.
     void End() {
         auto [key, value] = std::move(open_.back());
         open_.pop_back();
         key_ = std::move(key);
         Put(std::move(value));
     }
+    // Names the member of an object whose value comes next.
     void Key(std::string key) { key_ = std::move(key); }
+    // A number, text, null or other value that holds no value of its own to open.
     template <class Scalar>
     void Value(Scalar&& scalar) {
         Put(ZentuJson(std::forward<Scalar>(scalar)));
@@ -59,13 +65,23 @@ class Tree {
     ZentuJson done_;
 };
 
-// Appends the value's text as dump() writes it, from a given depth of indentation on.
+// Writes the value's text as dump() writes it to a stream, in pieces of about PIECE_SIZE bytes,
+// so that neither a big job nor a big command stands whole in memory as text.
 class Text {
   public:
-    Text(std::string& out, std::size_t depth) : out_(out), depth_(depth) {}
+    explicit Text(std::ostream& stream) : stream_(stream) {}
 
+    // Writes what is not yet written; the value is whole once its last End() is given.
+    void Flush() {
+        stream_ << out_;
+        out_.clear();
+    }
+
+    // Opens an object, whose members follow as keys and values until End().
     void BeginObject() { Open('{'); }
+    // Opens an array, whose elements follow until End().
     void BeginArray() { Open('['); }
+    // Closes the object or array opened last.
     void End() {
         const bool empty = !filled_.back();
         filled_.pop_back();
@@ -83,6 +99,7 @@ class Text {
         out_ += "\": ";
         keyed_ = true;
     }
+    // A number, text, null or other value that holds no value of its own to open.
     template <class Scalar>
     void Value(const Scalar& scalar) {
         Separate();
@@ -139,13 +156,20 @@ class Text {
         NewLine();
     }
 
+    // Every value starts on a new line or after its key, so pieces go out there.
     void NewLine() {
+        if (out_.size() >= PIECE_SIZE) {
+            stream_ << out_;
+            out_.clear();
+        }
         out_ += '\n';
-        out_.append((depth_ + filled_.size()) * static_cast<std::size_t>(INDENT), ' ');
+        out_.append(filled_.size() * static_cast<std::size_t>(INDENT), ' ');
     }
 
-    std::string& out_;
-    std::size_t depth_;
+    static constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
+
+    std::ostream& stream_;
+    std::string out_;
     std::string closers_;
     std::vector<bool> filled_;
     bool keyed_ = false;
