@@ -68,6 +68,9 @@ class ZENTU_JOB_DOCUMENT_API ZentuTypedJob {
     // Where an item of the command comes from: its document item; for an item that a default or
     // a rule added, only its command's origin.
     ZentuOrigin OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const;
+    // The same for an item of a command whose origin, OriginOf(command), is known: walking all
+    // items of a job then looks each command up once.
+    ZentuOrigin ItemOriginOf(const ZentuOrigin& commandOrigin, const ZentuCmdItem& item) const;
 
   private:
     friend class ZentuTypedJobReader;
@@ -83,10 +86,9 @@ class ZENTU_JOB_DOCUMENT_API ZentuTypedJob {
         bool reference = false;
     };
 
-    // The entry of an item of the command that was read from the file and is still there, with
-    // the index of its document command; null for any other item.
-    const ReadItem* FindReadItem(const ZentuCmd& command, const ZentuCmdItem& item,
-                                 std::size_t& documentCommand) const;
+    // The entry of an item of a command of the origin that was read from the file and is still
+    // there; null for any other item.
+    const ReadItem* FindReadItem(const ZentuOrigin& commandOrigin, const ZentuCmdItem& item) const;
 
     ZentuOriginTable commandOrigins_;
     // The items read from the file, document command by document command: an item's origin is

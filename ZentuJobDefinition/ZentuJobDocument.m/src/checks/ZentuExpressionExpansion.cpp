@@ -44,17 +44,18 @@ Weights expanded_weights(const ZentuTypedJob& job, const ZentuCmd& operatorComma
     while (!pending.empty()) {
         const auto [command, factor] = pending.back();
         pending.pop_back();
+        const ZentuOrigin origin = job.OriginOf(*command);
         std::vector<const ZentuCmd*> terms;
         std::vector<double> factors;
         for (const auto& item : command->GetItemRange(CmdItem::DV)) {
             if (item->GetName() == TERM_ITEM &&
-                job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
+                job.ItemOriginOf(origin, *item).item == ZentuOrigin::NONE) {
                 terms.push_back(item->GetReference());
             }
         }
         for (const auto& item : command->GetItemRange(CmdItem::OBJ_FUNC)) {
             if (item->GetName() == WEIGHT_ITEM &&
-                job.OriginOf(*command, *item).item == ZentuOrigin::NONE) {
+                job.ItemOriginOf(origin, *item).item == ZentuOrigin::NONE) {
                 factors.push_back(item->GetReal());
             }
         }

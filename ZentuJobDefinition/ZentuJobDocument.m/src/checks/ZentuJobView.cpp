@@ -25,7 +25,7 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
         commands_[origin.command] = &command;
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
             for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuOrigin itemOrigin = job.OriginOf(command, *item);
+                const ZentuOrigin itemOrigin = job.ItemOriginOf(origin, *item);
                 if (itemOrigin.item != ZentuOrigin::NONE) {
                     items_[firstItems_[origin.command] + itemOrigin.item] = item.get();
                 }

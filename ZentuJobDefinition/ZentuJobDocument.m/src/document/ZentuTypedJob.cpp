@@ -369,11 +369,12 @@ class ZentuTypedJobReader {
         }
         for (std::size_t next = 0; next < traced.size(); ++next) {
             const ZentuCmd& command = *traced[next];
+            const ZentuOrigin origin = job_.OriginOf(command);
             for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
                 for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
                     const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
                     if (target != nullptr &&
-                        job_.commandOrigins_.Insert(target, job_.OriginOf(command, *item))) {
+                        job_.commandOrigins_.Insert(target, job_.ItemOriginOf(origin, *item))) {
                         traced.push_back(target);
                     }
                 }
@@ -392,21 +393,22 @@ class ZentuTypedJobReader {
 
     void CheckReferences() {
         for (const ZentuCmd& command : job_.container_) {
+            const ZentuOrigin origin = job_.OriginOf(command);
             for (std::size_t kind = 0; kind < referenceKinds_.size(); ++kind) {
                 if (!referenceKinds_.test(kind)) {
                     continue;
                 }
                 for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                    CheckReference(command, *item);
+                    CheckReference(command, origin, *item);
                 }
             }
         }
     }
 
     // An item that took the place of an erased reference of the file is no reference of the file.
-    void CheckReference(const ZentuCmd& command, const ZentuCmdItem& item) {
-        std::size_t documentCommand = ZentuOrigin::NONE;
-        const ZentuTypedJob::ReadItem* read = job_.FindReadItem(command, item, documentCommand);
+    void CheckReference(const ZentuCmd& command, const ZentuOrigin& origin,
+                        const ZentuCmdItem& item) {
+        const ZentuTypedJob::ReadItem* read = job_.FindReadItem(origin, item);
         if (read == nullptr || !read->reference) {
             return;
         }
@@ -422,7 +424,7 @@ class ZentuTypedJobReader {
                                    identifier.empty() ? "" : (" '" + identifier + "'").c_str(),
                                    item.GetName().c_str(), item.GetString().c_str()) +
                    did_you_mean(meant, "'"),
-               DocumentCommand(documentCommand).items[read->index].value_range, meant);
+               DocumentCommand(origin.command).items[read->index].value_range, meant);
     }
 
     ZentuTypedJob& job_;
@@ -483,24 +485,26 @@ ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command) const {
 }
 
 ZentuOrigin ZentuTypedJob::OriginOf(const ZentuCmd& command, const ZentuCmdItem& item) const {
-    std::size_t documentCommand = ZentuOrigin::NONE;
-    const ReadItem* read = FindReadItem(command, item, documentCommand);
-    return ZentuOrigin{documentCommand, read == nullptr ? ZentuOrigin::NONE : read->index};
+    return ItemOriginOf(OriginOf(command), item);
 }
 
-const ZentuTypedJob::ReadItem* ZentuTypedJob::FindReadItem(const ZentuCmd& command,
-                                                           const ZentuCmdItem& item,
-                                                           std::size_t& documentCommand) const {
-    const ZentuOrigin origin = OriginOf(command);
-    documentCommand = origin.command;
-    if (origin.command == ZentuOrigin::NONE || origin.item != ZentuOrigin::NONE) {
+ZentuOrigin ZentuTypedJob::ItemOriginOf(const ZentuOrigin& commandOrigin,
+                                        const ZentuCmdItem& item) const {
+    const ReadItem* read = FindReadItem(commandOrigin, item);
+    return ZentuOrigin{commandOrigin.command, read == nullptr ? ZentuOrigin::NONE : read->index};
+}
+
+const ZentuTypedJob::ReadItem* ZentuTypedJob::FindReadItem(const ZentuOrigin& commandOrigin,
+                                                           const ZentuCmdItem& item) const {
+    // Only a command read from the file has items read from it; a generated command carries the
+    // origin of what generated it, item included, or that of a command whose rule added it.
+    const std::size_t c = commandOrigin.command;
+    if (c == ZentuOrigin::NONE || commandOrigin.item != ZentuOrigin::NONE) {
         return nullptr;
     }
-    const std::vector<ZentuDocumentItem>& written = document_.Commands()[origin.command].items;
-    const auto first =
-        readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[origin.command]);
-    const auto last =
-        readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[origin.command + 1]);
+    const std::vector<ZentuDocumentItem>& written = document_.Commands()[c].items;
+    const auto first = readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[c]);
+    const auto last = readItems_.begin() + static_cast<std::ptrdiff_t>(firstReadItems_[c + 1]);
     // A rule may erase an item of the file (the expression rule erases the expression) and add one
     // that takes the freed address: an entry holds only for an item that bears the name written.
     const auto found = std::find_if(first, last, [&](const ReadItem& read) {

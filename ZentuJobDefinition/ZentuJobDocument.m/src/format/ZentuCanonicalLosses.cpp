@@ -155,9 +155,10 @@ void find_undescribed(const ZentuJobDocument& document, const ZentuJobSchema& sc
 // Compares each item read from the file with the text that the writer writes for it.
 void find_rewritten(const ZentuTypedJob& job, ZentuCanonicalLosses& losses) {
     for (const ZentuCmd& command : job.Container()) {
+        const ZentuOrigin commandOrigin = job.OriginOf(command);
         for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
             for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuOrigin origin = job.OriginOf(command, *item);
+                const ZentuOrigin origin = job.ItemOriginOf(commandOrigin, *item);
                 if (origin.item == ZentuOrigin::NONE) {
                     continue;
                 }
