@@ -1,14 +1,17 @@
 #include "ZentuCmdOutput.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
 #include <typeinfo>
 #include <utility>
 
 #include "ZentuCmdParOutput.h"
+#include "ZentuCmdScalarItem.h"
 #include "ZentuFileUtil.h"
 #include "io/ZentuParItemText.h"
 
@@ -60,6 +63,39 @@ std::size_t lowest_bit(std::uint64_t mask) {
     return bit;
 #endif
 }
+
+// The texts of the real values met in one writing, one per slot chosen by the value's bits: a job
+// repeats few values, and printing a double exactly and shortest costs more than writing a line.
+class RealTexts {
+  public:
+    // The text of an item of the library's real class, whose text depends on its value alone.
+    std::string_view Of(const ZentuCmdItem& item) {
+        const double value = item.GetReal();
+        std::uint64_t bits = 0;
+        std::memcpy(&bits, &value, sizeof bits);
+        Slot& slot = slots_[(bits * HASH_FACTOR) >> (64 - SLOT_BITS)];
+        if (!slot.filled || slot.bits != bits) {
+            slot.text = item.GetString();
+            slot.bits = bits;
+            slot.filled = true;
+        }
+        return slot.text;
+    }
+
+  private:
+    static constexpr unsigned SLOT_BITS = 8;
+    // Spreads the bits that differ between nearby values over the slot number.
+    static constexpr std::uint64_t HASH_FACTOR = 0x9E3779B97F4A7C15U;
+
+    // A value's bits and its text.
+    struct Slot {
+        std::uint64_t bits = 0;
+        bool filled = false;
+        std::string text;
+    };
+
+    std::array<Slot, std::size_t{1} << SLOT_BITS> slots_;
+};
 
 // The text of a parameter file, gathered in a buffer of its own and written in large pieces, the
 // file's own buffer set aside. Each line ends at its first NUL, as "%s\n" would end it.
@@ -142,23 +178,33 @@ class ParFileText {
 
     // Appends the item's line: two blanks, then the item as a parameter file holds it.
     void AppendItem(const ZentuCmdItem& item, bool cutAtNul) {
-        ZentuParItemText::with_pieces(
-            item, [this, cutAtNul](std::string_view name, std::string_view between,
-                                   std::string_view text) {
-                const std::size_t start = size_;
-                char* out = Room(2 + name.size() + between.size() + text.size() + 1);
-                EndAt(put(put(put(put(out, "  "), name), between), text));
-                if (cutAtNul) {
-                    CutAtNul(start);
-                }
-                data_[size_++] = '\n';
-            });
+        if (ZentuOwnItems::IsExactly<ZentuCmdScalarItem>(item)) {
+            AppendItem(item, real_texts_.Of(item), cutAtNul);
+            return;
+        }
+        ZentuOwnItems::WithText(item, [this, &item, cutAtNul](std::string_view text) {
+            AppendItem(item, text, cutAtNul);
+        });
+    }
+
+    // Appends the item's line with the given text.
+    void AppendItem(const ZentuCmdItem& item, std::string_view text, bool cutAtNul) {
+        const std::string_view name = item.GetName();
+        const std::string_view between = ZentuParItemText::separator(item, text);
+        const std::size_t start = size_;
+        char* out = Room(2 + name.size() + between.size() + text.size() + 1);
+        EndAt(put(put(put(put(out, "  "), name), between), text));
+        if (cutAtNul) {
+            CutAtNul(start);
+        }
+        data_[size_++] = '\n';
     }
 
     std::FILE* file_;
     std::unique_ptr<char[]> data_;
     std::size_t size_ = 0;
     std::size_t capacity_;
+    RealTexts real_texts_;
 };
 
 // Writes the container as a parameter file between the header and footer lines.

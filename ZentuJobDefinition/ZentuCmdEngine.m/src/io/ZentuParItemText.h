@@ -28,22 +28,13 @@ inline std::string_view separator(const ZentuCmdItem& item, std::string_view tex
     return spansLines ? "\n  " : " = ";
 }
 
-// Gives use the item as a parameter file holds it, in three pieces: name, separator and text.
-template <typename Use>
-void with_pieces(const ZentuCmdItem& item, Use use) {
-    ZentuOwnItems::WithText(item, [&item, &use](std::string_view text) {
-        use(std::string_view(item.GetName()), separator(item, text), text);
-    });
-}
-
 // Appends the item as a parameter file holds it.
 inline void append(const ZentuCmdItem& item, std::string& out) {
-    with_pieces(item,
-                [&out](std::string_view name, std::string_view between, std::string_view text) {
-                    out += name;
-                    out += between;
-                    out += text;
-                });
+    out += item.GetName();
+    ZentuOwnItems::WithText(item, [&item, &out](std::string_view text) {
+        out += separator(item, text);
+        out += text;
+    });
 }
 
 }  // namespace ZentuParItemText
