@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstdint>
 #include <tuple>
 
 #include "ZentuCmdContainer_Util.h"
@@ -199,6 +200,7 @@ TEST(Cmd, CopyItemsFromClonesEveryKindAndMovingTakesEverything) {
     EXPECT_EQ(CmdLine(copy), described);
 
     const std::vector<const ZentuCmdItem*> items = Identities(copy);
+    const std::uint64_t kinds = copy.KindsWithSequences();
     ZentuCmd constructed(std::move(copy));
     ZentuCmd assigned(Cmd::DV, "DESTINATION");
     assigned.AddItem(CmdItem::GROUP, watched.Probe(3, "old"));
@@ -208,8 +210,10 @@ TEST(Cmd, CopyItemsFromClonesEveryKindAndMovingTakesEverything) {
     EXPECT_TRUE(watched.destroyed[3]);
     EXPECT_EQ(CmdLine(assigned), described);
     EXPECT_EQ(Identities(assigned), items);
+    EXPECT_EQ(assigned.KindsWithSequences(), kinds);
     // NOLINTNEXTLINE(bugprone-use-after-move)
     for (const ZentuCmd* emptied : {&copy, &constructed}) {
+        EXPECT_EQ(emptied->KindsWithSequences(), 0U);
         EXPECT_EQ(emptied->GetName(), "");
         EXPECT_TRUE(Identities(*emptied).empty());
     }

@@ -45,12 +45,13 @@ void AddAuto(ZentuCmd& cmd, CmdItem kind, const std::string& name, const std::st
 }
 
 // Commands come grouped by kind, items by kind then in insertion order, each as its own text;
-// integer lists and texts with line breaks take a line of their own.
+// integer lists and texts with line breaks take a line of their own, and a NUL ends a line.
 TEST(ParOutput, WritesTheExactLayout) {
     ZentuCmdContainer container;
     container.CreateCommand(Cmd::CMD_PLACEHOLDER, "UNKNOWN_CMD");
     container.CreateCommand(Cmd::DV, "dv_topo");
     container.CreateCommand(Cmd::MODEL_INPUT);
+    container.CreateCommand(Cmd::MODEL_INPUT, std::string("NAME\0CUT", 8));
     container.CreateCommand(Cmd::DV, "DV", "second");
     ZentuCmd& response = container.CreateCommand(Cmd::DRESP);
     response.AddStringItem(CmdItem::PLACEHOLDER, "last");
@@ -70,6 +71,10 @@ TEST(ParOutput, WritesTheExactLayout) {
             "E", "nod", ZentuCmdItemMetaData(CmdItem::TYPE, {{"NODAL", 3}}, "").keywords));
     AddAuto(values, CmdItem::VALUE, "AUTO", " 2.5 ");
     AddAuto(values, CmdItem::VALUE, "Q", "'1,2'");
+    values.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdScalarItem>("Z", 0.0));
+    values.AddItem(CmdItem::VALUE, std::make_unique<ZentuCmdScalarItem>("MZ", -0.0));
+    values.AddItem(CmdItem::VALUE,
+                   std::make_unique<ZentuCmdRawStringItem>("NUL", std::string("a\0b", 3)));
     ZentuCmd& lists = container.CreateCommand(Cmd::GROUP_DEF);
     AddAuto(lists, CmdItem::GROUP, "GROUP", "1-5");
     AddAuto(lists, CmdItem::GROUP, "ONE", "5");

@@ -132,6 +132,9 @@ class ZENTU_CMD_ENGINE_API ZentuCmd {
     ZentuIteratorRange<const_iterator> GetItemRange(ZentuCmdItemDefs::CmdItem item) const {
         return {begin(item), end(item)};
     }
+    // Bit k is set for each item kind k that may hold items, so that a loop over a command's items
+    // visits its few kinds, not all of them; every kind that holds an item is among them.
+    std::uint64_t KindsWithSequences() const { return kinds_with_sequences_; }
 
     // The command's name: the keyword it was read under, or its kind's name.
     const std::string& GetName() const { return name_; }
@@ -172,6 +175,9 @@ class ZENTU_CMD_ENGINE_API ZentuCmd {
     // For each item kind, 0 when it has no sequence, else its position among those created + 1.
     mutable std::array<std::uint8_t, ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> positions_{};
     mutable std::uint8_t created_ = 0;
+    // Bit k is set when the sequence of kind k exists.
+    mutable std::uint64_t kinds_with_sequences_ = 0;
+    static_assert(ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT <= 64, "one bit per item kind");
     ZentuCmdDefs::Cmd type_;
     std::string name_;
 };

@@ -30,10 +30,12 @@ ZentuCmd::ZentuCmd(ZentuCmd&& other) noexcept
       blocks_(std::move(other.blocks_)),
       positions_(other.positions_),
       created_(other.created_),
+      kinds_with_sequences_(other.kinds_with_sequences_),
       type_(other.type_),
       name_(std::move(other.name_)) {
     other.positions_.fill(0);
     other.created_ = 0;
+    other.kinds_with_sequences_ = 0;
     other.name_.clear();
 }
 
@@ -43,8 +45,10 @@ ZentuCmd& ZentuCmd::operator=(ZentuCmd&& other) noexcept {
         blocks_ = std::move(other.blocks_);
         positions_ = other.positions_;
         created_ = other.created_;
+        kinds_with_sequences_ = other.kinds_with_sequences_;
         other.positions_.fill(0);
         other.created_ = 0;
+        other.kinds_with_sequences_ = 0;
         type_ = other.type_;
         name_ = std::move(other.name_);
         other.name_.clear();
@@ -167,6 +171,7 @@ ZentuCmd::ItemSequence& ZentuCmd::Sequence(CmdItem item) const {
     }
     ItemSequence& created = SequenceAt(created_);
     positions_[static_cast<std::size_t>(item)] = ++created_;
+    kinds_with_sequences_ |= std::uint64_t{1} << static_cast<std::size_t>(item);
     return created;
 }
 
