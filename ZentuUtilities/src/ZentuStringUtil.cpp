@@ -90,14 +90,14 @@ bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
                       });
 }
 
+// The NUL is found first so that the loop over the bytes before it has no exit and can work on
+// many bytes at once.
 std::string to_upper(std::string text) {
-    for (char& c : text) {
-        if (c == '\0') {
-            break;
-        }
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - ('a' - 'A'));
-        }
+    const std::size_t end = std::min(text.find('\0'), text.size());
+    char* bytes = text.data();
+    for (std::size_t i = 0; i < end; ++i) {
+        const bool lower = bytes[i] >= 'a' && bytes[i] <= 'z';
+        bytes[i] = static_cast<char>(bytes[i] - (lower ? 'a' - 'A' : 0));
     }
     return text;
 }

@@ -246,8 +246,8 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
     }
 }
 
-// Takes the tokens by value so that the rule, which owns them, moves them onto the stack.
-void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd& command) {
+// Moves the tokens onto the stack, leaving them in a valid but unspecified state.
+void reduce_expression(std::vector<Token>& tokens, Reduction& reduction, ZentuCmd& command) {
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         Token& token = tokens[i];
         if (class_of(token) == PRODUCT_CLASS && token.text == "*") {
@@ -267,8 +267,15 @@ void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd
     }
 }
 
-std::string reference_text(const ZentuCmd& command) {
-    return "%" + ZentuCmdIdentifier::text_of(command) + "%";
+// Sets reference to %ID_NAME% of the command, reusing its room; the identifier is read in place
+// where the item's class allows.
+void set_reference_text(const ZentuCmd& command, std::string& reference) {
+    reference.assign(1, '%');
+    if (const ZentuCmdItem* item = ZentuCmdIdentifier::item_of(command)) {
+        ZentuOwnItems::WithText(
+            *item, [&reference](std::string_view identifier) { reference.append(identifier); });
+    }
+    reference += '%';
 }
 
 // Matches the references of a container, %ID_NAME% of every DRESP and then every OPERATOR
@@ -283,9 +290,10 @@ class ReferenceMatcher {
         : index_(container.GetNumberOfCommands(Cmd::DRESP) +
                  container.GetNumberOfCommands(Cmd::OPERATOR)) {
         std::size_t position = 0;
+        std::string reference;
         for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
             for (const auto& command : container.GetCommands(kind)) {
-                const std::string reference = reference_text(*command);
+                set_reference_text(*command, reference);
                 longest_ = std::max(longest_, reference.size());
                 index_.Add(reference, position++);
             }
@@ -318,23 +326,56 @@ class ReferenceMatcher {
     std::size_t longest_ = 0;
 };
 
-}  // namespace
-
-std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
-    auto matcher = std::make_shared<const ReferenceMatcher>(container);
+// The setup of create_token_setup around a function that matches references.
+template <typename MatchReferences>
+std::vector<TokenDescription> setup_with(MatchReferences matchReferences) {
     std::vector<TokenDescription> setup;
-    setup.emplace_back(REFERENCE_CLASS, [matcher](std::string::const_iterator begin,
-                                                  std::string::const_iterator end) {
-        return matcher->Match(begin, end);
-    });
+    setup.emplace_back(REFERENCE_CLASS, ZentuMathExpressions::Matcher(std::move(matchReferences)));
     ZentuMathExpressions::create_default_token_setup(setup);
     return setup;
 }
 
+// Clears what the previous expression left, keeping the room.
+void start_expression(Reduction& reduction) {
+    reduction.stack.clear();
+    reduction.terms.weights.clear();
+    reduction.terms.names.clear();
+}
+
+// Reads the expression that an item holds into tokens, in place when the item's class holds its
+// text.
+void read_expression(const ZentuCmdItem& item, const std::vector<TokenDescription>& setup,
+                     std::vector<Token>& tokens) {
+    if (const std::string* text = ZentuOwnItems::TextOf(item)) {
+        ZentuMathExpressions::create_expression(*text, setup, tokens);
+    } else {
+        ZentuMathExpressions::create_expression(item.GetString(), setup, tokens);
+    }
+}
+
+}  // namespace
+
+std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
+    auto matcher = std::make_shared<const ReferenceMatcher>(container);
+    return setup_with(
+        [matcher](std::string::const_iterator begin, std::string::const_iterator end) {
+            return matcher->Match(begin, end);
+        });
+}
+
+// The matcher outlives the setup here, so the setup refers to it without sharing it: copying a
+// token's description, as reading does for every token, then copies a pointer instead of
+// allocating.
 void dresp_expression_rule(ZentuCmdContainer& container,
                            const ZentuCmdItemDefs::KeywordMap& keywords) {
-    const std::vector<TokenDescription> setup = create_token_setup(container);
+    const ReferenceMatcher matcher(container);
+    const std::vector<TokenDescription> setup =
+        setup_with([&matcher](std::string::const_iterator begin, std::string::const_iterator end) {
+            return matcher.Match(begin, end);
+        });
     CommandIndex index(container);
+    Reduction reduction{keywords, container, index, {}, {}};
+    std::vector<Token> tokens;
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
     for (std::size_t i = 0; i < operatorCount; ++i) {
@@ -343,10 +384,9 @@ void dresp_expression_rule(ZentuCmdContainer& container,
             !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
             continue;
         }
-        std::vector<Token> tokens = ZentuMathExpressions::create_expression(
-            command.Item(CmdItem::ADD_FILE, 0).GetString(), setup);
-        Reduction reduction{keywords, container, index, {}, {}};
-        reduce_expression(std::move(tokens), reduction, command);
+        read_expression(command.Item(CmdItem::ADD_FILE, 0), setup, tokens);
+        start_expression(reduction);
+        reduce_expression(tokens, reduction, command);
         command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
     }
 }
@@ -356,7 +396,8 @@ void find_combine_expressions(const std::vector<Token>& tokens,
                               ZentuCmdContainer& container, ZentuCmd& command) {
     CommandIndex index(container);
     Reduction reduction{keywords, container, index, {}, {}};
-    reduce_expression(tokens, reduction, command);
+    std::vector<Token> reduced = tokens;
+    reduce_expression(reduced, reduction, command);
 }
 
 }  // namespace ZentuDrespExpressionParser
