@@ -45,8 +45,7 @@ bool IsSign(char c) {
 
 // The first non-blank character of a NUL-terminated text.
 const char* SkipBlanks(const char* text) {
-    while (*text != '\0' &&
-           ZentuUtilitiesTexts::BLANK_CHARACTERS.find(*text) != std::string_view::npos) {
+    while (ZentuUtilitiesTexts::IsBlankCharacter(*text)) {
         ++text;
     }
     return text;

@@ -186,10 +186,10 @@ class PostfixReader {
 
     // The first position at or after position that is not a blank.
     std::size_t NextTokenStart(std::size_t position) const {
-        const std::size_t next =
-            text_.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS.data(), position,
-                                    ZentuUtilitiesTexts::BLANK_CHARACTERS.size());
-        return next == std::string::npos ? text_.size() : next;
+        while (position < text_.size() && ZentuUtilitiesTexts::IsBlankCharacter(text_[position])) {
+            ++position;
+        }
+        return position;
     }
 
     // Reads the token at position and returns the position after it.
