@@ -39,8 +39,10 @@ constexpr std::uint64_t INT_MIN_MAGNITUDE = 2147483648U;
 
 // Logs a line of this file that takes no argument.
 void Trace(int line, const char* message) {
-    KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, line, Messages::BRELT_LIST_TAG, "%s",
-                           message);
+    if (KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
+        KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, line, Messages::BRELT_LIST_TAG,
+                               "%s", message);
+    }
 }
 
 // Logs a line whose arguments are numbers; their texts are built only when the line is wanted,
@@ -421,7 +423,7 @@ class Reader {
             if (!ReadSeparator(separator)) {
                 return Fail(ReadError::SEPARATOR_UNREADABLE);
             }
-            if constexpr (Logged) {
+            if (Logged && KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
                 KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
                                        Messages::BRELT_LIST_TAG,
                                        Messages::BRELT_LIST_PARSED_SEPARATOR, separator);

@@ -85,6 +85,8 @@ struct Reduction {
     CommandIndex& index;
     std::vector<Token> stack;
     PendingTerms terms;
+    // The operands that a join is evaluated on, kept so that every join reuses their room.
+    std::vector<Token> operands;
 };
 
 ZentuMathExpressions::Matcher never_matches() {
@@ -114,10 +116,12 @@ void add_to_counter(Token& token, int amount) {
 }
 
 // The coefficient with which a term enters a join: the operator applied to (x, 0).
-double evaluate_weight(double x, const Token& joining) {
+double evaluate_weight(double x, const Token& joining, std::vector<Token>& operands) {
     static const TokenDescription number =
         ZentuMathExpressions::build_single_token(0, NUMBER_CLASS);
-    std::vector<Token> operands{{ZentuStringUtil::String(x), x, number}, {"0", 0.0, number}};
+    operands.clear();
+    operands.push_back(Token{ZentuStringUtil::String(x), x, number});
+    operands.push_back(Token{"0", 0.0, number});
     if (joining.description.GetEvaluation()) {
         joining.description.GetEvaluation()(operands);
     }
@@ -202,9 +206,10 @@ void reduce_product(Reduction& reduction) {
     }
 }
 
-void apply_to_last_weight(PendingTerms& terms, const Token& joining) {
-    if (!terms.weights.empty()) {
-        terms.weights.back() = evaluate_weight(terms.weights.back(), joining);
+void apply_to_last_weight(Reduction& reduction, const Token& joining) {
+    std::vector<double>& weights = reduction.terms.weights;
+    if (!weights.empty()) {
+        weights.back() = evaluate_weight(weights.back(), joining, reduction.operands);
     }
 }
 
@@ -217,30 +222,30 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
     Token& top = stack.back();
     Token& second = stack[stack.size() - 2];
     if (is_marker(second) && is_marker(top)) {  // two groups become one
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         const int joined = top.description.GetCounter() + 1;
         stack.pop_back();
         add_to_counter(stack.back(), joined);
     } else if (is_zero(second) && is_marker(top)) {  // a sign applied to a group's last term
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         stack.erase(stack.end() - 2);
     } else if (class_of(second) == REFERENCE_CLASS && is_marker(top)) {
         terms.weights.insert(terms.weights.end() - (terms.weights.empty() ? 0 : 1), 1.0);
         terms.names.insert(terms.names.end() - (terms.names.empty() ? 0 : 1), second.text);
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         stack.erase(stack.end() - 2);
         add_to_counter(stack.back(), 1);
     } else if (is_marker(second) && class_of(top) == REFERENCE_CLASS) {
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         add_to_counter(stack.back(), 1);
     } else if (is_zero(second) && class_of(top) == REFERENCE_CLASS) {
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         stack.back() = make_marker(0);
     } else if (class_of(second) == REFERENCE_CLASS && class_of(top) == REFERENCE_CLASS) {
         terms.Append(1.0, second.text);
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         stack.back() = make_marker(1);
     }
@@ -374,7 +379,7 @@ void dresp_expression_rule(ZentuCmdContainer& container,
             return matcher.Match(begin, end);
         });
     CommandIndex index(container);
-    Reduction reduction{keywords, container, index, {}, {}};
+    Reduction reduction{keywords, container, index, {}, {}, {}};
     std::vector<Token> tokens;
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
@@ -395,7 +400,7 @@ void find_combine_expressions(const std::vector<Token>& tokens,
                               const ZentuCmdItemDefs::KeywordMap& keywords,
                               ZentuCmdContainer& container, ZentuCmd& command) {
     CommandIndex index(container);
-    Reduction reduction{keywords, container, index, {}, {}};
+    Reduction reduction{keywords, container, index, {}, {}, {}};
     std::vector<Token> reduced = tokens;
     reduce_expression(reduced, reduction, command);
 }
