@@ -1,6 +1,8 @@
 #include "ZentuDrespExpressionParser.h"
 
 #include <algorithm>
+#include <bitset>
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -300,6 +302,7 @@ class ReferenceMatcher {
             for (const auto& command : container.GetCommands(kind)) {
                 set_reference_text(*command, reference);
                 longest_ = std::max(longest_, reference.size());
+                MarkBytes(reference);
                 index_.Add(reference, position++);
             }
         }
@@ -310,8 +313,9 @@ class ReferenceMatcher {
         if (begin == end || *begin != '%') {
             return begin;
         }
-        const Iterator last = begin + static_cast<std::ptrdiff_t>(std::min(
-                                          longest_, static_cast<std::size_t>(end - begin)));
+        const Iterator last = EndOfReferenceBytes(
+            begin, begin + static_cast<std::ptrdiff_t>(
+                               std::min(longest_, static_cast<std::size_t>(end - begin))));
         Iterator matchEnd = begin;
         std::size_t matchPosition = SIZE_MAX;
         for (Iterator close = std::find(begin + 1, last, '%'); close != last;
@@ -327,8 +331,30 @@ class ReferenceMatcher {
     }
 
   private:
+    // Records the bytes of a reference, an ASCII letter in both cases as the index compares them.
+    void MarkBytes(std::string_view reference) {
+        constexpr int CASE_DISTANCE = 'a' - 'A';
+        for (const char c : reference) {
+            referenceBytes_.set(static_cast<unsigned char>(c));
+            if (c >= 'a' && c <= 'z') {
+                referenceBytes_.set(static_cast<unsigned char>(c - CASE_DISTANCE));
+            } else if (c >= 'A' && c <= 'Z') {
+                referenceBytes_.set(static_cast<unsigned char>(c + CASE_DISTANCE));
+            }
+        }
+    }
+
+    // The first position before last whose byte no reference holds, or last; no reference
+    // reaches past it, so the candidates that do are not looked up, each a wait for memory.
+    Iterator EndOfReferenceBytes(Iterator begin, Iterator last) const {
+        return std::find_if(begin, last, [this](char c) {
+            return !referenceBytes_.test(static_cast<unsigned char>(c));
+        });
+    }
+
     ZentuTextIndex<std::size_t, true> index_;
     std::size_t longest_ = 0;
+    std::bitset<UCHAR_MAX + 1> referenceBytes_;
 };
 
 // The setup of create_token_setup around a function that matches references.
