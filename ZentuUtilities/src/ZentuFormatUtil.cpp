@@ -53,12 +53,13 @@ const char* SkipBlanks(const char* text) {
 
 // The text without the blanks around it.
 std::string_view TrimBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    if (first == std::string_view::npos) {
-        return std::string_view();
+    while (!text.empty() && ZentuUtilitiesTexts::IsBlankCharacter(text.back())) {
+        text.remove_suffix(1);
     }
-    const std::size_t last = text.find_last_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    return text.substr(first, last - first + 1);
+    while (!text.empty() && ZentuUtilitiesTexts::IsBlankCharacter(text.front())) {
+        text.remove_prefix(1);
+    }
+    return text;
 }
 
 // The first length characters of text, or fewer when a NUL comes earlier; memchr looks at many

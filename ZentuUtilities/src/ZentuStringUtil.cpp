@@ -54,13 +54,16 @@ void AppendAll(std::vector<std::string>&& found, std::vector<std::string>& parts
 }  // namespace
 
 void Trim(std::string& text) {
-    const std::size_t last = text.find_last_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    if (last == std::string::npos) {
-        text.clear();
-        return;
+    std::size_t end = text.size();
+    while (end > 0 && ZentuUtilitiesTexts::IsBlankCharacter(text[end - 1])) {
+        --end;
     }
-    text.erase(last + 1);
-    text.erase(0, text.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS));
+    std::size_t begin = 0;
+    while (begin < end && ZentuUtilitiesTexts::IsBlankCharacter(text[begin])) {
+        ++begin;
+    }
+    text.erase(end);
+    text.erase(0, begin);
 }
 
 std::size_t Split(const std::string& text, const char* separator, std::vector<std::string>& parts) {
