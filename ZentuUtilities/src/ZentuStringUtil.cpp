@@ -21,6 +21,9 @@ constexpr std::size_t EXCERPT_LENGTH = 80;
 // Marks a quotation cut short.
 constexpr std::string_view EXCERPT_CUT_MARK = "...";
 
+// The length up to which a text is searched for a NUL byte by byte rather than with memchr.
+constexpr std::size_t SHORT_TEXT_LENGTH = 32;
+
 // Room for "\xNN" and its terminating NUL.
 constexpr std::size_t ESCAPE_CAPACITY = 5;
 
@@ -49,6 +52,30 @@ void AppendAll(std::vector<std::string>&& found, std::vector<std::string>& parts
     parts.reserve(parts.size() + found.size());
     parts.insert(parts.end(), std::make_move_iterator(found.begin()),
                  std::make_move_iterator(found.end()));
+}
+
+// The end of the bytes before the first NUL. A short text is walked byte by byte, as a call to
+// memchr would cost more than the walk.
+std::size_t EndBeforeNul(const char* bytes, std::size_t size) {
+    if (size <= SHORT_TEXT_LENGTH) {
+        std::size_t end = 0;
+        while (end < size && bytes[end] != '\0') {
+            ++end;
+        }
+        return end;
+    }
+    const auto* nul = static_cast<const char*>(std::memchr(bytes, '\0', size));
+    return nul != nullptr ? static_cast<std::size_t>(nul - bytes) : size;
+}
+
+// Raises every byte from 'a' to 'z' before the first NUL to upper case. The NUL is found first so
+// that the loop over the bytes before it has no exit and can work on many bytes at once.
+void RaiseBeforeNul(char* bytes, std::size_t size) {
+    const std::size_t end = EndBeforeNul(bytes, size);
+    for (std::size_t i = 0; i < end; ++i) {
+        const bool lower = bytes[i] >= 'a' && bytes[i] <= 'z';
+        bytes[i] = static_cast<char>(bytes[i] - (lower ? 'a' - 'A' : 0));
+    }
 }
 
 }  // namespace
@@ -93,15 +120,13 @@ bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
                       });
 }
 
-// The NUL is found first so that the loop over the bytes before it has no exit and can work on
-// many bytes at once.
+void to_upper_into(std::string_view text, std::string& result) {
+    result.assign(text);
+    RaiseBeforeNul(result.data(), result.size());
+}
+
 std::string to_upper(std::string text) {
-    const std::size_t end = std::min(text.find('\0'), text.size());
-    char* bytes = text.data();
-    for (std::size_t i = 0; i < end; ++i) {
-        const bool lower = bytes[i] >= 'a' && bytes[i] <= 'z';
-        bytes[i] = static_cast<char>(bytes[i] - (lower ? 'a' - 'A' : 0));
-    }
+    RaiseBeforeNul(text.data(), text.size());
     return text;
 }
 

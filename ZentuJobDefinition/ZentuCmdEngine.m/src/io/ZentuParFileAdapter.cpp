@@ -88,8 +88,7 @@ class CommandReader {
 
     // The text upper-cased as ZentuStringUtil::to_upper does it, in the reused buffer.
     const std::string& Upper(std::string_view text) {
-        upper_.assign(text);
-        upper_ = ZentuStringUtil::to_upper(std::move(upper_));
+        ZentuStringUtil::to_upper_into(text, upper_);
         return upper_;
     }
 
