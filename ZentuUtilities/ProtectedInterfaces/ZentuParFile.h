@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -148,7 +149,17 @@ class ZENTU_UTILITIES_API ZentuParFileText {
         return std::string_view(text_).substr(piece.offset, piece.length);
     }
 
+    // The item of the given number as stored.
+    const StoredItem& Stored(std::size_t index) const {
+        return itemBlocks_[index / ITEMS_PER_BLOCK][index % ITEMS_PER_BLOCK];
+    }
+
+    // Items are kept in blocks that never move, so that the items of a large file are written
+    // once rather than copied, into memory fetched anew, each time their storage grows.
+    static constexpr std::size_t ITEMS_PER_BLOCK = 4096;
+
     std::string text_;
-    std::vector<StoredItem> items_;
+    std::vector<std::unique_ptr<StoredItem[]>> itemBlocks_;
+    std::size_t itemCount_ = 0;
     std::vector<StoredCommand> commands_;
 };

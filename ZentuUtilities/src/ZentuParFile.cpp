@@ -198,8 +198,7 @@ class ZentuParFileTextBuilder {
                 return;
             case ZentuParLine::Kind::ITEM:
                 CloseValue();
-                file_.items_.push_back(ZentuParFileText::StoredItem{
-                    Append(name), Append(scanned.Value(line)), number});
+                AddItem({Append(name), Append(scanned.Value(line)), number});
                 return;
             case ZentuParLine::Kind::NAME:
                 CloseValue();
@@ -262,11 +261,21 @@ class ZentuParFileTextBuilder {
         value_->hasLines = true;
     }
 
+    // Stores an item, in a new block when the last one is full.
+    void AddItem(const ZentuParFileText::StoredItem& item) {
+        const std::size_t place = file_.itemCount_ % ZentuParFileText::ITEMS_PER_BLOCK;
+        if (place == 0) {
+            file_.itemBlocks_.emplace_back(
+                new ZentuParFileText::StoredItem[ZentuParFileText::ITEMS_PER_BLOCK]);
+        }
+        file_.itemBlocks_.back()[place] = item;
+        ++file_.itemCount_;
+    }
+
     // Adds the item whose value was being gathered, if any.
     void CloseValue() {
         if (value_) {
-            file_.items_.push_back(
-                ZentuParFileText::StoredItem{value_->name, value_->value, value_->line});
+            AddItem({value_->name, value_->value, value_->line});
             value_.reset();
         }
     }
@@ -274,7 +283,7 @@ class ZentuParFileTextBuilder {
     // Adds the open command, with its last item.
     void CloseCommand() {
         CloseValue();
-        command_->itemEnd = file_.items_.size();
+        command_->itemEnd = file_.itemCount_;
         file_.commands_.push_back(*command_);
         command_.reset();
     }
@@ -357,14 +366,14 @@ ZentuParFileText::Command ZentuParFileText::CommandAt(std::size_t index) const {
 }
 
 ZentuParFileText::Item ZentuParFileText::ItemAt(std::size_t index) const {
-    const StoredItem& item = items_[index];
+    const StoredItem& item = Stored(index);
     return Item{View(item.name), View(item.value), item.line};
 }
 
 std::string_view ZentuParFileText::IdNameOf(const Command& command) const {
     for (std::size_t index = command.firstItem; index < command.itemEnd; ++index) {
-        if (IsIdName(View(items_[index].name))) {
-            return View(items_[index].value);
+        if (IsIdName(View(Stored(index).name))) {
+            return View(Stored(index).value);
         }
     }
     return {};
