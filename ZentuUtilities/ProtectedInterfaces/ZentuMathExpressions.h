@@ -133,6 +133,13 @@ ZENTU_UTILITIES_API void create_default_token_setup(std::vector<TokenDescription
 ZENTU_UTILITIES_API std::vector<Token> create_expression(
     const std::string& text, const std::vector<TokenDescription>& setup);
 
+// Reads the text as create_expression does into tokens, replacing what they held, so that a caller
+// that reads many expressions reuses one vector's room; after a failure they hold some of the
+// text's tokens.
+ZENTU_UTILITIES_API void create_expression(const std::string& text,
+                                           const std::vector<TokenDescription>& setup,
+                                           std::vector<Token>& tokens);
+
 // The default description of the given type under the given class, so (0, 1) is the number kind;
 // throws KPL_Failure for a type outside NUMBER_TYPE to CLOSING_PARENTHESIS_TYPE.
 ZENTU_UTILITIES_API TokenDescription build_single_token(TokenType type, TokenClass tokenClass);

@@ -27,6 +27,10 @@ ZENTU_UTILITIES_API bool equals_ignoring_case(std::string_view text, std::string
 // is consulted, so every host gets the same identifiers whatever its locale.
 ZENTU_UTILITIES_API std::string to_upper(std::string text);
 
+// Sets result to text upper-cased as to_upper does it, reusing result's room, for a caller that
+// upper-cases many texts only to look them up.
+ZENTU_UTILITIES_API void to_upper_into(std::string_view text, std::string& result);
+
 // Whether a byte would stop or garble a message: NUL ends a C text, others move terminals about.
 ZENTU_UTILITIES_API bool is_control_byte(unsigned char byte);
 

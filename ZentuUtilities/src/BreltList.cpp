@@ -30,6 +30,9 @@ constexpr std::size_t DEFAULT_MAX_SIZE = 10'000'000;
 // The bound on the length of a list being read; hosts may set it from any thread.
 std::atomic<std::size_t> maxSizeSetting{DEFAULT_MAX_SIZE};
 
+// How many pieces most integer lists have at most, a piece being a value or a range.
+constexpr std::size_t TYPICAL_PIECES = 16;
+
 // How many pieces (a value counts one, a range two) the writer puts on a line before breaking it.
 constexpr int PIECES_PER_LINE = 9;
 
@@ -39,8 +42,10 @@ constexpr std::uint64_t INT_MIN_MAGNITUDE = 2147483648U;
 
 // Logs a line of this file that takes no argument.
 void Trace(int line, const char* message) {
-    KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, line, Messages::BRELT_LIST_TAG, "%s",
-                           message);
+    if (KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
+        KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, line, Messages::BRELT_LIST_TAG,
+                               "%s", message);
+    }
 }
 
 // Logs a line whose arguments are numbers; their texts are built only when the line is wanted,
@@ -376,8 +381,12 @@ class ProgressionTarget {
         return CountDistinct(std::move(all), maxSize) <= maxSize;
     }
 
-    // Adds the progression.
+    // Adds the progression; the first one makes room for the pieces of a typical list at once
+    // rather than growing the vector piece by piece.
     void Add(const Progression& added) {
+        if (progressions_.capacity() == 0) {
+            progressions_.reserve(TYPICAL_PIECES);
+        }
         progressions_.push_back(added);
         countBound_ += added.Count();
     }
@@ -421,7 +430,7 @@ class Reader {
             if (!ReadSeparator(separator)) {
                 return Fail(ReadError::SEPARATOR_UNREADABLE);
             }
-            if constexpr (Logged) {
+            if (Logged && KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
                 KPL_LogMacros::log_msg(KPL_LogMacros::LOG_TRACE, __FILE__, __LINE__,
                                        Messages::BRELT_LIST_TAG,
                                        Messages::BRELT_LIST_PARSED_SEPARATOR, separator);

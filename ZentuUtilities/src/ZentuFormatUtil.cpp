@@ -45,8 +45,7 @@ bool IsSign(char c) {
 
 // The first non-blank character of a NUL-terminated text.
 const char* SkipBlanks(const char* text) {
-    while (*text != '\0' &&
-           ZentuUtilitiesTexts::BLANK_CHARACTERS.find(*text) != std::string_view::npos) {
+    while (ZentuUtilitiesTexts::IsBlankCharacter(*text)) {
         ++text;
     }
     return text;
@@ -54,21 +53,20 @@ const char* SkipBlanks(const char* text) {
 
 // The text without the blanks around it.
 std::string_view TrimBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    if (first == std::string_view::npos) {
-        return std::string_view();
+    while (!text.empty() && ZentuUtilitiesTexts::IsBlankCharacter(text.back())) {
+        text.remove_suffix(1);
     }
-    const std::size_t last = text.find_last_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    return text.substr(first, last - first + 1);
+    while (!text.empty() && ZentuUtilitiesTexts::IsBlankCharacter(text.front())) {
+        text.remove_prefix(1);
+    }
+    return text;
 }
 
-// The first length characters of text, or fewer when a NUL comes earlier.
+// The first length characters of text, or fewer when a NUL comes earlier; memchr looks at many
+// bytes at once, which counts for a long text such as an integer list.
 std::string_view LeadingText(const char* text, std::size_t length) {
-    std::size_t size = 0;
-    while (size < length && text[size] != '\0') {
-        ++size;
-    }
-    return std::string_view(text, size);
+    const auto* nul = static_cast<const char*>(std::memchr(text, '\0', length));
+    return std::string_view(text, nul != nullptr ? static_cast<std::size_t>(nul - text) : length);
 }
 
 // The position after the digits that start at p.

@@ -161,17 +161,20 @@ Role RoleOf(const TokenDescription& description) {
 // nesting nor long expressions cost stack frames.
 class PostfixReader {
   public:
-    PostfixReader(const std::string& text, const std::vector<TokenDescription>& setup)
-        : text_(text), setup_(setup) {}
+    // A reader that puts the tokens into output, in place of what it held.
+    PostfixReader(const std::string& text, const std::vector<TokenDescription>& setup,
+                  std::vector<Token>& output)
+        : text_(text), setup_(setup), output_(output) {
+        output_.clear();
+    }
 
     // Reads the whole text; the reader is used once.
-    std::vector<Token> Read() {
+    void Read() {
         for (std::size_t position = NextTokenStart(0); position < text_.size();
              position = NextTokenStart(position)) {
             position = ReadToken(position);
         }
         Finish();
-        return std::move(output_);
     }
 
   private:
@@ -183,10 +186,10 @@ class PostfixReader {
 
     // The first position at or after position that is not a blank.
     std::size_t NextTokenStart(std::size_t position) const {
-        const std::size_t next =
-            text_.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS.data(), position,
-                                    ZentuUtilitiesTexts::BLANK_CHARACTERS.size());
-        return next == std::string::npos ? text_.size() : next;
+        while (position < text_.size() && ZentuUtilitiesTexts::IsBlankCharacter(text_[position])) {
+            ++position;
+        }
+        return position;
     }
 
     // Reads the token at position and returns the position after it.
@@ -319,7 +322,7 @@ class PostfixReader {
 
     const std::string& text_;
     const std::vector<TokenDescription>& setup_;
-    std::vector<Token> output_;
+    std::vector<Token>& output_;
     std::vector<Pending> pending_;
     Previous previous_ = Previous::NOTHING;
 };
@@ -390,7 +393,14 @@ void create_default_token_setup(std::vector<TokenDescription>& setup) {
 
 std::vector<Token> create_expression(const std::string& text,
                                      const std::vector<TokenDescription>& setup) {
-    return PostfixReader(text, setup).Read();
+    std::vector<Token> tokens;
+    create_expression(text, setup, tokens);
+    return tokens;
+}
+
+void create_expression(const std::string& text, const std::vector<TokenDescription>& setup,
+                       std::vector<Token>& tokens) {
+    PostfixReader(text, setup, tokens).Read();
 }
 
 TokenDescription build_single_token(TokenType type, TokenClass tokenClass) {

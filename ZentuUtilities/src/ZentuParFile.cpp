@@ -79,47 +79,69 @@ FileHandle OpenForReading(const std::wstring& path, const std::string& shownPath
     return file;
 }
 
-// Hands out the lines of a file one by one. It reads fixed chunks and appends each line's bytes
-// once, so time and memory grow with the file however long its lines are.
+// The size of an open file in bytes, or 0 when the system does not tell; a hint for reserving.
+std::size_t SizeOf(std::FILE* file) {
+#if defined(_WIN32)
+    struct _stat64 status;
+    const bool known = _fstat64(_fileno(file), &status) == 0;
+#else
+    struct stat status;
+    const bool known = fstat(fileno(file), &status) == 0;
+#endif
+    return known && status.st_size > 0 ? static_cast<std::size_t>(status.st_size) : 0;
+}
+
+// Hands out the lines of a file one by one. It reads fixed chunks and hands out a line that lies
+// within one chunk in place; only a line that crosses chunks is gathered, each of its bytes once,
+// so time and memory grow with the file however long its lines are.
 class LineSource {
   public:
     // Reads from an open file; the path names it in failures.
     LineSource(std::FILE* file, const std::string& shownPath)
         : file_(file), shownPath_(shownPath), chunk_(CHUNK_SIZE) {}
 
-    // Replaces line by the next line without its line feed; false when no line is left. A last
-    // line without line feed still counts, an empty text after the last line feed does not.
-    bool Next(std::string& line) {
-        line.clear();
-        while (!TakeUpToLineFeed(line)) {
+    // Sets line to the next line without its line feed, valid until the next call; false when no
+    // line is left. A last line without line feed still counts, an empty text after the last line
+    // feed does not.
+    bool Next(std::string_view& line) {
+        gathered_.clear();
+        for (;;) {
+            const char* start = chunk_.data() + begin_;
+            const std::size_t available = end_ - begin_;
+            const auto* lineEnd =
+                static_cast<const char*>(std::memchr(start, LINE_FEED, available));
+            if (lineEnd != nullptr) {
+                begin_ += static_cast<std::size_t>(lineEnd - start) + 1;
+                line = Finished(start, lineEnd);
+                return true;
+            }
+            gathered_.append(start, available);
+            begin_ = end_;
             if (!Refill()) {
-                if (line.empty()) {
-                    return false;
-                }
-                break;
+                line = gathered_;
+                return !gathered_.empty() && Counted();
             }
         }
-        ++lineNumber_;
-        return true;
     }
 
     // The number of the line last handed out, counted from 1; 0 before the first.
     std::size_t LineNumber() const { return lineNumber_; }
 
   private:
-    // Appends the bytes read up to the next line feed to line and passes the feed; false when
-    // the bytes read ran out before a line feed.
-    bool TakeUpToLineFeed(std::string& line) {
-        const char* start = chunk_.data() + begin_;
-        const std::size_t available = end_ - begin_;
-        const auto* lineEnd = static_cast<const char*>(std::memchr(start, LINE_FEED, available));
-        if (lineEnd == nullptr) {
-            line.append(start, available);
-            begin_ = end_;
-            return false;
+    // The line that ends at lineEnd in the chunk: in place, or the gathered bytes before it and
+    // those up to lineEnd.
+    std::string_view Finished(const char* start, const char* lineEnd) {
+        Counted();
+        if (gathered_.empty()) {
+            return std::string_view(start, static_cast<std::size_t>(lineEnd - start));
         }
-        line.append(start, lineEnd);
-        begin_ += static_cast<std::size_t>(lineEnd - start) + 1;
+        gathered_.append(start, lineEnd);
+        return gathered_;
+    }
+
+    // Counts a line handed out; always true.
+    bool Counted() {
+        ++lineNumber_;
         return true;
     }
 
@@ -138,25 +160,30 @@ class LineSource {
     std::FILE* file_;
     const std::string& shownPath_;
     std::vector<char> chunk_;
+    std::string gathered_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     std::size_t lineNumber_ = 0;
 };
 
-// Turns the lines of a file, as the scanner classifies them, into commands and items; the first
-// line that breaks the structure ends the reading with a failure.
+}  // namespace
+
+// Turns the lines of a file, as the scanner classifies them, into the commands and items of a
+// ZentuParFileText; the first line that breaks the structure ends the reading with a failure.
 //
 // Blank lines inside a multi-line value, trailing ones included, are value lines: the writer puts
 // a value on the lines after its name exactly as it is and the next item or END_ right behind it,
 // so keeping them gives back every value it wrote, an empty one or one ending in a line feed
-// alike. Comment lines are skipped there too and neither end the value nor add to it.
-class ParFileParser {
+// alike. Comment lines are skipped there too and neither end the value nor add to it. Nothing is
+// appended to the text while a value is open but its lines, so the value stays one piece.
+class ZentuParFileTextBuilder {
   public:
-    // A parser whose failures name the file so.
-    explicit ParFileParser(const std::string& shownPath) : shownPath_(shownPath) {}
+    // A builder that fills file, whose failures name the file so.
+    ZentuParFileTextBuilder(ZentuParFileText& file, const std::string& shownPath)
+        : file_(file), shownPath_(shownPath) {}
 
     // Takes the next line of the file.
-    void Take(const std::string& line, std::size_t number) {
+    void Take(std::string_view line, std::size_t number) {
         const ZentuParLine scanned = scanner_.Scan(line);
         const std::string_view name = scanned.Name(line);
         switch (scanned.kind) {
@@ -164,19 +191,18 @@ class ParFileParser {
             case ZentuParLine::Kind::COMMENT:
                 return;
             case ZentuParLine::Kind::KEYWORD:
-                command_ = OpenCommand{std::string(name), number, {}};
+                command_ = ZentuParFileText::StoredCommand{Append(name), number, 0};
                 return;
             case ZentuParLine::Kind::END:
                 CloseCommand();
                 return;
             case ZentuParLine::Kind::ITEM:
                 CloseValue();
-                command_->items.emplace_back(std::string(name), std::string(scanned.Value(line)),
-                                             number);
+                AddItem({Append(name), Append(scanned.Value(line)), number});
                 return;
             case ZentuParLine::Kind::NAME:
                 CloseValue();
-                value_ = OpenValue{std::string(name), number, {}};
+                value_ = OpenValue{Append(name), {file_.text_.size(), 0}, number, false};
                 return;
             case ZentuParLine::Kind::VALUE:
                 AddValueLine(name);
@@ -193,30 +219,23 @@ class ParFileParser {
         }
     }
 
-    // The commands read, once the file's last line, numbered lastLine, has been taken.
-    std::vector<ZentuParCommand> Finish(std::size_t lastLine) {
+    // Checks, once the file's last line, numbered lastLine, has been taken, that no command is
+    // left open.
+    void Finish(std::size_t lastLine) const {
         if (command_) {
-            Fail(KPL_Failure::Format(Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(),
-                                     lastLine, ZentuStringUtil::excerpt(command_->keyword).c_str(),
-                                     command_->line));
+            Fail(KPL_Failure::Format(
+                Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(), lastLine,
+                ZentuStringUtil::excerpt(file_.View(command_->keyword)).c_str(), command_->line));
         }
-        return std::move(commands_);
     }
 
   private:
-    // A command whose END_ has not come yet.
-    struct OpenCommand {
-        std::string keyword;
-        std::size_t line;
-        std::vector<ZentuParSubCommand> items;
-    };
-
     // An item named alone on its line, gathering the value lines that follow it.
     struct OpenValue {
-        std::string name;
+        ZentuParFileText::Piece name;
+        ZentuParFileText::Piece value;
         std::size_t line;
-        std::string text;
-        bool hasLines = false;
+        bool hasLines;
     };
 
     // The message of a line that breaks the structure, quoting the line.
@@ -225,20 +244,38 @@ class ParFileParser {
                                    ZentuStringUtil::excerpt(text).c_str());
     }
 
+    // Appends a name, value or keyword to the file's text.
+    ZentuParFileText::Piece Append(std::string_view text) {
+        const ZentuParFileText::Piece piece{file_.text_.size(), text.size()};
+        file_.text_.append(text);
+        return piece;
+    }
+
     // Appends a line to the value being gathered.
     void AddValueLine(std::string_view line) {
         if (value_->hasLines) {
-            value_->text += LINE_FEED;
+            file_.text_ += LINE_FEED;
         }
-        value_->text += line;
+        file_.text_.append(line);
+        value_->value.length = file_.text_.size() - value_->value.offset;
         value_->hasLines = true;
+    }
+
+    // Stores an item, in a new block when the last one is full.
+    void AddItem(const ZentuParFileText::StoredItem& item) {
+        const std::size_t place = file_.itemCount_ % ZentuParFileText::ITEMS_PER_BLOCK;
+        if (place == 0) {
+            file_.itemBlocks_.emplace_back(
+                new ZentuParFileText::StoredItem[ZentuParFileText::ITEMS_PER_BLOCK]);
+        }
+        file_.itemBlocks_.back()[place] = item;
+        ++file_.itemCount_;
     }
 
     // Adds the item whose value was being gathered, if any.
     void CloseValue() {
         if (value_) {
-            command_->items.emplace_back(std::move(value_->name), std::move(value_->text),
-                                         value_->line);
+            AddItem({value_->name, value_->value, value_->line});
             value_.reset();
         }
     }
@@ -246,24 +283,43 @@ class ParFileParser {
     // Adds the open command, with its last item.
     void CloseCommand() {
         CloseValue();
-        commands_.emplace_back(std::move(command_->keyword), command_->line,
-                               std::move(command_->items));
+        command_->itemEnd = file_.itemCount_;
+        file_.commands_.push_back(*command_);
         command_.reset();
     }
 
+    ZentuParFileText& file_;
     const std::string& shownPath_;
     ZentuParScanner scanner_;
-    std::vector<ZentuParCommand> commands_;
-    std::optional<OpenCommand> command_;
+    std::optional<ZentuParFileText::StoredCommand> command_;
     std::optional<OpenValue> value_;
 };
+
+namespace {
+
+// Whether an item's name is ID_NAME, in any case.
+bool IsIdName(std::string_view name) {
+    return ZentuStringUtil::equals_ignoring_case(name, ID_NAME);
+}
 
 // The value of the first item named ID_NAME, or the empty text.
 std::string IdNameOf(const std::vector<ZentuParSubCommand>& items) {
     const auto found = std::find_if(items.begin(), items.end(), [](const ZentuParSubCommand& item) {
-        return ZentuStringUtil::equals_ignoring_case(item.GetName(), ID_NAME);
+        return IsIdName(item.GetName());
     });
     return found != items.end() ? found->retrieveValue() : std::string();
+}
+
+// The items of a command, each with strings of its own.
+std::vector<ZentuParSubCommand> SubCommandsOf(const ZentuParFileText& file,
+                                              const ZentuParFileText::Command& command) {
+    std::vector<ZentuParSubCommand> items;
+    items.reserve(command.itemEnd - command.firstItem);
+    for (std::size_t index = command.firstItem; index < command.itemEnd; ++index) {
+        const ZentuParFileText::Item item = file.ItemAt(index);
+        items.emplace_back(std::string(item.name), std::string(item.value), item.line);
+    }
+    return items;
 }
 
 }  // namespace
@@ -279,13 +335,46 @@ ZentuParCommand::ZentuParCommand(std::string keyword, std::size_t line,
       items_(std::move(items)) {}
 
 ZentuParFile::ZentuParFile(const std::wstring& path) {
+    const ZentuParFileText file(path);
+    commands_.reserve(file.CommandCount());
+    for (std::size_t index = 0; index < file.CommandCount(); ++index) {
+        const ZentuParFileText::Command command = file.CommandAt(index);
+        commands_.emplace_back(std::string(command.keyword), command.line,
+                               SubCommandsOf(file, command));
+    }
+}
+
+// The text is reserved at the file's size, which its names and values never exceed, so that it is
+// not copied as it grows.
+ZentuParFileText::ZentuParFileText(const std::wstring& path) {
     const std::string shownPath = ZentuStringUtil::printable(ZentuFileUtil::to_utf8(path));
     const FileHandle file = OpenForReading(path, shownPath);
+    text_.reserve(SizeOf(file.get()));
     LineSource lines(file.get(), shownPath);
-    ParFileParser parser(shownPath);
-    std::string line;
+    ZentuParFileTextBuilder builder(*this, shownPath);
+    std::string_view line;
     while (lines.Next(line)) {
-        parser.Take(line, lines.LineNumber());
+        builder.Take(line, lines.LineNumber());
     }
-    commands_ = parser.Finish(lines.LineNumber());
+    builder.Finish(lines.LineNumber());
+}
+
+ZentuParFileText::Command ZentuParFileText::CommandAt(std::size_t index) const {
+    const StoredCommand& command = commands_[index];
+    const std::size_t firstItem = index == 0 ? 0 : commands_[index - 1].itemEnd;
+    return Command{View(command.keyword), command.line, firstItem, command.itemEnd};
+}
+
+ZentuParFileText::Item ZentuParFileText::ItemAt(std::size_t index) const {
+    const StoredItem& item = Stored(index);
+    return Item{View(item.name), View(item.value), item.line};
+}
+
+std::string_view ZentuParFileText::IdNameOf(const Command& command) const {
+    for (std::size_t index = command.firstItem; index < command.itemEnd; ++index) {
+        if (IsIdName(View(Stored(index).name))) {
+            return View(Stored(index).value);
+        }
+    }
+    return {};
 }

@@ -25,7 +25,7 @@ constexpr char NAME_VALUE_SEPARATOR = '=';
 constexpr char LIST_SEPARATOR = ',';
 
 bool IsBlank(char character) {
-    return ZentuUtilitiesTexts::BLANK_CHARACTERS.find(character) != std::string_view::npos;
+    return ZentuUtilitiesTexts::IsBlankCharacter(character);
 }
 
 bool IsLetter(char c) {

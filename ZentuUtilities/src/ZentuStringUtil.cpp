@@ -21,6 +21,9 @@ constexpr std::size_t EXCERPT_LENGTH = 80;
 // Marks a quotation cut short.
 constexpr std::string_view EXCERPT_CUT_MARK = "...";
 
+// The length up to which a text is searched for a NUL byte by byte rather than with memchr.
+constexpr std::size_t SHORT_TEXT_LENGTH = 32;
+
 // Room for "\xNN" and its terminating NUL.
 constexpr std::size_t ESCAPE_CAPACITY = 5;
 
@@ -51,16 +54,43 @@ void AppendAll(std::vector<std::string>&& found, std::vector<std::string>& parts
                  std::make_move_iterator(found.end()));
 }
 
+// The end of the bytes before the first NUL. A short text is walked byte by byte, as a call to
+// memchr would cost more than the walk.
+std::size_t EndBeforeNul(const char* bytes, std::size_t size) {
+    if (size <= SHORT_TEXT_LENGTH) {
+        std::size_t end = 0;
+        while (end < size && bytes[end] != '\0') {
+            ++end;
+        }
+        return end;
+    }
+    const auto* nul = static_cast<const char*>(std::memchr(bytes, '\0', size));
+    return nul != nullptr ? static_cast<std::size_t>(nul - bytes) : size;
+}
+
+// Raises every byte from 'a' to 'z' before the first NUL to upper case. The NUL is found first so
+// that the loop over the bytes before it has no exit and can work on many bytes at once.
+void RaiseBeforeNul(char* bytes, std::size_t size) {
+    const std::size_t end = EndBeforeNul(bytes, size);
+    for (std::size_t i = 0; i < end; ++i) {
+        const bool lower = bytes[i] >= 'a' && bytes[i] <= 'z';
+        bytes[i] = static_cast<char>(bytes[i] - (lower ? 'a' - 'A' : 0));
+    }
+}
+
 }  // namespace
 
 void Trim(std::string& text) {
-    const std::size_t last = text.find_last_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS);
-    if (last == std::string::npos) {
-        text.clear();
-        return;
+    std::size_t end = text.size();
+    while (end > 0 && ZentuUtilitiesTexts::IsBlankCharacter(text[end - 1])) {
+        --end;
     }
-    text.erase(last + 1);
-    text.erase(0, text.find_first_not_of(ZentuUtilitiesTexts::BLANK_CHARACTERS));
+    std::size_t begin = 0;
+    while (begin < end && ZentuUtilitiesTexts::IsBlankCharacter(text[begin])) {
+        ++begin;
+    }
+    text.erase(end);
+    text.erase(0, begin);
 }
 
 std::size_t Split(const std::string& text, const char* separator, std::vector<std::string>& parts) {
@@ -90,15 +120,13 @@ bool equals_ignoring_case(std::string_view text, std::string_view capitals) {
                       });
 }
 
+void to_upper_into(std::string_view text, std::string& result) {
+    result.assign(text);
+    RaiseBeforeNul(result.data(), result.size());
+}
+
 std::string to_upper(std::string text) {
-    for (char& c : text) {
-        if (c == '\0') {
-            break;
-        }
-        if (c >= 'a' && c <= 'z') {
-            c = static_cast<char>(c - ('a' - 'A'));
-        }
-    }
+    RaiseBeforeNul(text.data(), text.size());
     return text;
 }
 

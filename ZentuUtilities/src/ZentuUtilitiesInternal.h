@@ -17,6 +17,12 @@ namespace ZentuUtilitiesTexts {
 // The white space that the text helpers cut and skip: blank, tab, CR, LF, VT and FF.
 constexpr std::string_view BLANK_CHARACTERS = " \t\r\n\v\f";
 
+// Whether a byte is one of BLANK_CHARACTERS (a blank, or a code from 9 to 13); loops over the bytes
+// of a line ask it of each, where searching the set would cost a call per byte.
+constexpr bool IsBlankCharacter(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 // The line prefixes of the default log handler, by message kind.
 constexpr std::string_view LOG_ERROR_PREFIX = "error: ";
 constexpr std::string_view LOG_WARNING_PREFIX = "warning: ";

@@ -26,6 +26,18 @@ TEST(StringUtilTest, TrimCutsTheSixBlankCharactersAtBothEnds) {
     }
 }
 
+// Only 'a' to 'z' before the first NUL are raised, in short and long texts alike, and
+// to_upper_into keeps nothing of what its result held.
+TEST(StringUtilTest, UpperCaseRaisesTheLettersBeforeTheFirstNul) {
+    std::string reused = "a text that is longer than every text that the cases below hold";
+    for (const auto& c : zentu_test::DataCases("utilities/cases/upper.txt", 2)) {
+        const std::string text = zentu_test::Bytes(c.fields[0]);
+        EXPECT_EQ(ZentuStringUtil::to_upper(text), zentu_test::Bytes(c.fields[1])) << c.where;
+        ZentuStringUtil::to_upper_into(text, reused);
+        EXPECT_EQ(reused, zentu_test::Bytes(c.fields[1])) << c.where;
+    }
+}
+
 // Split appends to what the caller holds, counts what it added, and steps past each separator.
 TEST(StringUtilTest, SplitAppendsThePartsBetweenSeparators) {
     for (const auto& c : zentu_test::DataCases("utilities/cases/split.txt", 4)) {

@@ -1,6 +1,8 @@
 #include "ZentuDrespExpressionParser.h"
 
 #include <algorithm>
+#include <bitset>
+#include <climits>
 #include <cmath>
 #include <memory>
 #include <string>
@@ -85,6 +87,8 @@ struct Reduction {
     CommandIndex& index;
     std::vector<Token> stack;
     PendingTerms terms;
+    // The operands that a join is evaluated on, kept so that every join reuses their room.
+    std::vector<Token> operands;
 };
 
 ZentuMathExpressions::Matcher never_matches() {
@@ -114,10 +118,12 @@ void add_to_counter(Token& token, int amount) {
 }
 
 // The coefficient with which a term enters a join: the operator applied to (x, 0).
-double evaluate_weight(double x, const Token& joining) {
+double evaluate_weight(double x, const Token& joining, std::vector<Token>& operands) {
     static const TokenDescription number =
         ZentuMathExpressions::build_single_token(0, NUMBER_CLASS);
-    std::vector<Token> operands{{ZentuStringUtil::String(x), x, number}, {"0", 0.0, number}};
+    operands.clear();
+    operands.push_back(Token{ZentuStringUtil::String(x), x, number});
+    operands.push_back(Token{"0", 0.0, number});
     if (joining.description.GetEvaluation()) {
         joining.description.GetEvaluation()(operands);
     }
@@ -202,9 +208,10 @@ void reduce_product(Reduction& reduction) {
     }
 }
 
-void apply_to_last_weight(PendingTerms& terms, const Token& joining) {
-    if (!terms.weights.empty()) {
-        terms.weights.back() = evaluate_weight(terms.weights.back(), joining);
+void apply_to_last_weight(Reduction& reduction, const Token& joining) {
+    std::vector<double>& weights = reduction.terms.weights;
+    if (!weights.empty()) {
+        weights.back() = evaluate_weight(weights.back(), joining, reduction.operands);
     }
 }
 
@@ -217,37 +224,37 @@ void reduce_sum(const Token& joining, Reduction& reduction) {
     Token& top = stack.back();
     Token& second = stack[stack.size() - 2];
     if (is_marker(second) && is_marker(top)) {  // two groups become one
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         const int joined = top.description.GetCounter() + 1;
         stack.pop_back();
         add_to_counter(stack.back(), joined);
     } else if (is_zero(second) && is_marker(top)) {  // a sign applied to a group's last term
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         stack.erase(stack.end() - 2);
     } else if (class_of(second) == REFERENCE_CLASS && is_marker(top)) {
         terms.weights.insert(terms.weights.end() - (terms.weights.empty() ? 0 : 1), 1.0);
         terms.names.insert(terms.names.end() - (terms.names.empty() ? 0 : 1), second.text);
-        apply_to_last_weight(terms, joining);
+        apply_to_last_weight(reduction, joining);
         stack.erase(stack.end() - 2);
         add_to_counter(stack.back(), 1);
     } else if (is_marker(second) && class_of(top) == REFERENCE_CLASS) {
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         add_to_counter(stack.back(), 1);
     } else if (is_zero(second) && class_of(top) == REFERENCE_CLASS) {
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         stack.back() = make_marker(0);
     } else if (class_of(second) == REFERENCE_CLASS && class_of(top) == REFERENCE_CLASS) {
         terms.Append(1.0, second.text);
-        terms.Append(evaluate_weight(1.0, joining), top.text);
+        terms.Append(evaluate_weight(1.0, joining, reduction.operands), top.text);
         stack.pop_back();
         stack.back() = make_marker(1);
     }
 }
 
-// Takes the tokens by value so that the rule, which owns them, moves them onto the stack.
-void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd& command) {
+// Moves the tokens onto the stack, leaving them in a valid but unspecified state.
+void reduce_expression(std::vector<Token>& tokens, Reduction& reduction, ZentuCmd& command) {
     for (std::size_t i = 0; i < tokens.size(); ++i) {
         Token& token = tokens[i];
         if (class_of(token) == PRODUCT_CLASS && token.text == "*") {
@@ -267,8 +274,15 @@ void reduce_expression(std::vector<Token> tokens, Reduction& reduction, ZentuCmd
     }
 }
 
-std::string reference_text(const ZentuCmd& command) {
-    return "%" + ZentuCmdIdentifier::text_of(command) + "%";
+// Sets reference to %ID_NAME% of the command, reusing its room; the identifier is read in place
+// where the item's class allows.
+void set_reference_text(const ZentuCmd& command, std::string& reference) {
+    reference.assign(1, '%');
+    if (const ZentuCmdItem* item = ZentuCmdIdentifier::item_of(command)) {
+        ZentuOwnItems::WithText(
+            *item, [&reference](std::string_view identifier) { reference.append(identifier); });
+    }
+    reference += '%';
 }
 
 // Matches the references of a container, %ID_NAME% of every DRESP and then every OPERATOR
@@ -283,10 +297,12 @@ class ReferenceMatcher {
         : index_(container.GetNumberOfCommands(Cmd::DRESP) +
                  container.GetNumberOfCommands(Cmd::OPERATOR)) {
         std::size_t position = 0;
+        std::string reference;
         for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
             for (const auto& command : container.GetCommands(kind)) {
-                const std::string reference = reference_text(*command);
+                set_reference_text(*command, reference);
                 longest_ = std::max(longest_, reference.size());
+                MarkBytes(reference);
                 index_.Add(reference, position++);
             }
         }
@@ -297,8 +313,9 @@ class ReferenceMatcher {
         if (begin == end || *begin != '%') {
             return begin;
         }
-        const Iterator last = begin + static_cast<std::ptrdiff_t>(std::min(
-                                          longest_, static_cast<std::size_t>(end - begin)));
+        const Iterator last = EndOfReferenceBytes(
+            begin, begin + static_cast<std::ptrdiff_t>(
+                               std::min(longest_, static_cast<std::size_t>(end - begin))));
         Iterator matchEnd = begin;
         std::size_t matchPosition = SIZE_MAX;
         for (Iterator close = std::find(begin + 1, last, '%'); close != last;
@@ -314,27 +331,82 @@ class ReferenceMatcher {
     }
 
   private:
+    // Records the bytes of a reference, an ASCII letter in both cases as the index compares them.
+    void MarkBytes(std::string_view reference) {
+        constexpr int CASE_DISTANCE = 'a' - 'A';
+        for (const char c : reference) {
+            referenceBytes_.set(static_cast<unsigned char>(c));
+            if (c >= 'a' && c <= 'z') {
+                referenceBytes_.set(static_cast<unsigned char>(c - CASE_DISTANCE));
+            } else if (c >= 'A' && c <= 'Z') {
+                referenceBytes_.set(static_cast<unsigned char>(c + CASE_DISTANCE));
+            }
+        }
+    }
+
+    // The first position before last whose byte no reference holds, or last; no reference
+    // reaches past it, so the candidates that do are not looked up, each a wait for memory.
+    Iterator EndOfReferenceBytes(Iterator begin, Iterator last) const {
+        return std::find_if(begin, last, [this](char c) {
+            return !referenceBytes_.test(static_cast<unsigned char>(c));
+        });
+    }
+
     ZentuTextIndex<std::size_t, true> index_;
     std::size_t longest_ = 0;
+    std::bitset<UCHAR_MAX + 1> referenceBytes_;
 };
+
+// The setup of create_token_setup around a function that matches references.
+template <typename MatchReferences>
+std::vector<TokenDescription> setup_with(MatchReferences matchReferences) {
+    std::vector<TokenDescription> setup;
+    setup.emplace_back(REFERENCE_CLASS, ZentuMathExpressions::Matcher(std::move(matchReferences)));
+    ZentuMathExpressions::create_default_token_setup(setup);
+    return setup;
+}
+
+// Clears what the previous expression left, keeping the room.
+void start_expression(Reduction& reduction) {
+    reduction.stack.clear();
+    reduction.terms.weights.clear();
+    reduction.terms.names.clear();
+}
+
+// Reads the expression that an item holds into tokens, in place when the item's class holds its
+// text.
+void read_expression(const ZentuCmdItem& item, const std::vector<TokenDescription>& setup,
+                     std::vector<Token>& tokens) {
+    if (const std::string* text = ZentuOwnItems::TextOf(item)) {
+        ZentuMathExpressions::create_expression(*text, setup, tokens);
+    } else {
+        ZentuMathExpressions::create_expression(item.GetString(), setup, tokens);
+    }
+}
 
 }  // namespace
 
 std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& container) {
     auto matcher = std::make_shared<const ReferenceMatcher>(container);
-    std::vector<TokenDescription> setup;
-    setup.emplace_back(REFERENCE_CLASS, [matcher](std::string::const_iterator begin,
-                                                  std::string::const_iterator end) {
-        return matcher->Match(begin, end);
-    });
-    ZentuMathExpressions::create_default_token_setup(setup);
-    return setup;
+    return setup_with(
+        [matcher](std::string::const_iterator begin, std::string::const_iterator end) {
+            return matcher->Match(begin, end);
+        });
 }
 
+// The matcher outlives the setup here, so the setup refers to it without sharing it: copying a
+// token's description, as reading does for every token, then copies a pointer instead of
+// allocating.
 void dresp_expression_rule(ZentuCmdContainer& container,
                            const ZentuCmdItemDefs::KeywordMap& keywords) {
-    const std::vector<TokenDescription> setup = create_token_setup(container);
+    const ReferenceMatcher matcher(container);
+    const std::vector<TokenDescription> setup =
+        setup_with([&matcher](std::string::const_iterator begin, std::string::const_iterator end) {
+            return matcher.Match(begin, end);
+        });
     CommandIndex index(container);
+    Reduction reduction{keywords, container, index, {}, {}, {}};
+    std::vector<Token> tokens;
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
     for (std::size_t i = 0; i < operatorCount; ++i) {
@@ -343,10 +415,9 @@ void dresp_expression_rule(ZentuCmdContainer& container,
             !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
             continue;
         }
-        std::vector<Token> tokens = ZentuMathExpressions::create_expression(
-            command.Item(CmdItem::ADD_FILE, 0).GetString(), setup);
-        Reduction reduction{keywords, container, index, {}, {}};
-        reduce_expression(std::move(tokens), reduction, command);
+        read_expression(command.Item(CmdItem::ADD_FILE, 0), setup, tokens);
+        start_expression(reduction);
+        reduce_expression(tokens, reduction, command);
         command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
     }
 }
@@ -355,8 +426,9 @@ void find_combine_expressions(const std::vector<Token>& tokens,
                               const ZentuCmdItemDefs::KeywordMap& keywords,
                               ZentuCmdContainer& container, ZentuCmd& command) {
     CommandIndex index(container);
-    Reduction reduction{keywords, container, index, {}, {}};
-    reduce_expression(tokens, reduction, command);
+    Reduction reduction{keywords, container, index, {}, {}, {}};
+    std::vector<Token> reduced = tokens;
+    reduce_expression(reduced, reduction, command);
 }
 
 }  // namespace ZentuDrespExpressionParser
