@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <optional>
 #include <cstddef>
 #include <ostream>
 #include <string>
@@ -47,7 +48,7 @@ class Tree {
     }
 
     // The value given, once every object and array is ended.
-    ZentuJson Take() { return std::move(done_); }
+    ZentuJson Take() { return std::move(done_).value_or(ZentuJson()); }
 
   private:
     void Put(ZentuJson value) {
@@ -62,7 +63,8 @@ class Tree {
 
     std::vector<std::pair<std::string, ZentuJson>> open_;
     std::string key_;
-    ZentuJson done_;
+    // Empty until the value is given, so that making a sink throws nothing.
+    std::optional<ZentuJson> done_;
 };
 
 // Writes the value's text as dump() writes it to a stream, in pieces of about PIECE_SIZE bytes,
