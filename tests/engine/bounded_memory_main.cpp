@@ -1,5 +1,6 @@
 // Reads, copies and writes a file of a few lines whose integer lists name ten million values each,
-// under a limit of 50 MB of address space: what an item holds must follow its text, not its values.
+// and checks, formats and expands it as the command-line tool does, under a limit of 50 MB of
+// address space: what an item holds must follow its text, not its values.
 // Sanitizers reserve far more address space than that, so under them the limit is left out.
 #include <sys/resource.h>
 
@@ -11,7 +12,10 @@
 #include "ZentuCmdIoConfig.h"
 #include "ZentuCmdMetaData.h"
 #include "ZentuCmdParOutput.h"
+#include "ZentuJobFiles.h"
+#include "ZentuJobFormatter.h"
 #include "ZentuParFileAdapter.h"
+#include "ZentuTypedJob.h"
 
 namespace {
 
@@ -67,6 +71,14 @@ int main() {
     ZentuCmdParOutput(output.wstring(), container, ZentuCmdDefs::get_default_cmd_names(),
                       ZentuCmdItemDefs::CMD_ITEM_NAMES)
         .Write(L"w");
+    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
+    const ZentuTypedJob checked =
+        ZentuTypedJob::ReadFile(input.string(), schema, ZentuCompletion::FULL);
+    if (checked.Findings().size() != 4 ||
+        !ZentuJobFormatter::format_document(checked.Document(), schema) ||
+        ZentuJobFiles::canonical_text(checked.Container()).empty()) {
+        return fail("checking, formatting or expanding went wrong");
+    }
     std::filesystem::remove(input);
     std::filesystem::remove(output);
     return copy.Items(CmdItem::ELEMENT_GROUP).size() == 5 ? 0 : fail("items were lost");
