@@ -258,7 +258,7 @@ class ZentuTypedJobReader {
             open = text.find(REFERENCE_MARK, close + 1);
         }
         try {
-            ZentuMathExpressions::create_expression(text, setup);
+            ZentuMathExpressions::create_expression(text, setup, tokens_);
         } catch (const KPL_Exception& refusal) {
             Report(ZentuFindingCodes::EXPRESSION_SYNTAX, refusal.GetMessage(),
                    ValueRange(origin, 0, text.size()));
@@ -434,6 +434,8 @@ class ZentuTypedJobReader {
     // The item kinds that hold the reference items read from the file, which CheckReferences
     // judges: the only kinds it looks at.
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
+    // The tokens of the expression checked last, whose room the next one reuses.
+    std::vector<ZentuMathExpressions::Token> tokens_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<std::vector<std::string>> identifiers_;
 };
