@@ -90,9 +90,9 @@ void emit_item(CmdItem kind, const ZentuCmdItem& item, const json& line, Sink& s
 
 // An item that the file does not hold takes its command's line, since the command's default or
 // rule added it.
-json item_line(const ZentuTypedJob& job, const ZentuCmd& command, const ZentuCmdItem& item,
+json item_line(const ZentuTypedJob& job, const ZentuOrigin& commandOrigin, const ZentuCmdItem& item,
                const json& commandLine) {
-    const ZentuOrigin origin = job.OriginOf(command, item);
+    const ZentuOrigin origin = job.ItemOriginOf(commandOrigin, item);
     return origin.item == ZentuOrigin::NONE ? commandLine : line_of(job.Document(), origin);
 }
 
@@ -105,7 +105,8 @@ void emit_command(const ZentuTypedJob& job, const ZentuCmd& command, Sink& sink)
     sink.Value(command.GetName());
     sink.Key("identifier");
     sink.Value(ZentuJobJson::identifier(command));
-    const json commandLine = ZentuJobJson::line(job, command);
+    const ZentuOrigin origin = job.OriginOf(command);
+    const json commandLine = line_of(job.Document(), origin);
     if (!commandLine.is_null()) {
         sink.Key("line");
         sink.Value(commandLine);
@@ -115,7 +116,7 @@ void emit_command(const ZentuTypedJob& job, const ZentuCmd& command, Sink& sink)
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
         const auto itemKind = static_cast<CmdItem>(kind);
         for (const auto& item : command.GetItemRange(itemKind)) {
-            emit_item(itemKind, *item, item_line(job, command, *item, commandLine), sink);
+            emit_item(itemKind, *item, item_line(job, origin, *item, commandLine), sink);
         }
     }
     sink.End();
@@ -168,7 +169,8 @@ json ZentuJobJson::line(const ZentuTypedJob& job, const ZentuCmd& command) {
 json ZentuJobJson::item(const ZentuTypedJob& job, const ZentuCmd& command, CmdItem kind,
                         const ZentuCmdItem& item) {
     ZentuJsonSinks::Tree sink;
-    emit_item(kind, item, item_line(job, command, item, line(job, command)), sink);
+    const ZentuOrigin origin = job.OriginOf(command);
+    emit_item(kind, item, item_line(job, origin, item, line_of(job.Document(), origin)), sink);
     return sink.Take();
 }
 
