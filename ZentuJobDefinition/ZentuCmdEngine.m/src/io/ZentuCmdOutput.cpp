@@ -44,9 +44,12 @@ void write_line(std::FILE* file, const std::string& text) {
     std::fputc('\n', file);
 }
 
-// Copies piece to out and returns the position after it.
+// Copies piece to out and returns the position after it. An empty view may have no data at all,
+// which memcpy must not be given even for no bytes.
 char* put(char* out, std::string_view piece) {
-    std::memcpy(out, piece.data(), piece.size());
+    if (!piece.empty()) {
+        std::memcpy(out, piece.data(), piece.size());
+    }
     return out + piece.size();
 }
 
