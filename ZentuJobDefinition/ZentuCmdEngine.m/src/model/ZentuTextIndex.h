@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -53,7 +54,7 @@ class ZentuTextIndex {
     // lookups prepared together wait for memory together.
     void Prefetch(std::uint64_t hash) const {
 #if defined(__GNUC__)
-        __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
+        __builtin_prefetch(&slots_[HomeOf(hash, slots_.size())]);
 #else
         static_cast<void>(hash);
 #endif
@@ -98,13 +99,21 @@ class ZentuTextIndex {
     };
     static_assert(sizeof(Stored) <= INLINE_LENGTH, "a stored text's place fits in a slot");
 
-    // A power of two that keeps the slots at most two thirds full with count texts.
+    // Room for count texts with the slots at most two thirds full. Any number of slots will do,
+    // not only a power of two, so that a large index takes no more memory than it needs.
     static std::size_t SlotCountFor(std::size_t count) {
-        std::size_t slots = 16;
-        while (IsCrowded(count, slots)) {
-            slots *= 2;
-        }
-        return slots;
+        return std::max<std::size_t>(16, count / 2 * 3 + 3);
+    }
+
+    // The slot where looking up a text of this hash starts: the low half of the hash scaled to
+    // the number of slots, which stays below 2^32.
+    static std::size_t HomeOf(std::uint64_t hash, std::size_t slots) {
+        return static_cast<std::size_t>((hash & UINT32_MAX) * slots >> 32);
+    }
+
+    // The slot after position, the first one after the last.
+    static std::size_t NextOf(std::size_t position, std::size_t slots) {
+        return position + 1 == slots ? 0 : position + 1;
     }
 
     // Whether count texts fill more than two thirds of the slots, past which probes grow long.
@@ -181,8 +190,8 @@ class ZentuTextIndex {
 
     // The position of the slot that holds text, or of the free slot where it would go.
     std::size_t PositionOf(std::string_view text, std::uint64_t hash) const {
-        const std::size_t mask = slots_.size() - 1;
-        for (std::size_t position = hash & mask;; position = (position + 1) & mask) {
+        const std::size_t slots = slots_.size();
+        for (std::size_t position = HomeOf(hash, slots);; position = NextOf(position, slots)) {
             const Slot& slot = slots_[position];
             if (slot.size == FREE || Holds(slot, text, hash)) {
                 return position;
@@ -195,14 +204,14 @@ class ZentuTextIndex {
     void Grow() {
         std::vector<Slot> old(slots_.size() * 2);
         old.swap(slots_);
-        const std::size_t mask = slots_.size() - 1;
+        const std::size_t slots = slots_.size();
         for (const Slot& entry : old) {
             if (entry.size == FREE) {
                 continue;
             }
-            std::size_t position = Hash(TextOf(entry)) & mask;
+            std::size_t position = HomeOf(Hash(TextOf(entry)), slots);
             while (slots_[position].size != FREE) {
-                position = (position + 1) & mask;
+                position = NextOf(position, slots);
             }
             slots_[position] = entry;
         }
