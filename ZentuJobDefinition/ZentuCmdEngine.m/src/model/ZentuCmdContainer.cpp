@@ -134,6 +134,20 @@ class Resolver {
     std::vector<Pending> batch_;
 };
 
+// Offers the resolver every item of the command but its identifiers, kind after kind; the kinds
+// without items are passed over through the command's mask.
+void offer_items(ZentuCmd& cmd, Resolver& resolver) {
+    const std::uint64_t kinds = cmd.KindsWithSequences();
+    for (std::size_t kind = 1; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
+        if ((kinds >> kind & 1U) == 0) {
+            continue;
+        }
+        for (std::unique_ptr<ZentuCmdItem>& item : cmd.GetItemRange(static_cast<CmdItem>(kind))) {
+            resolver.Offer(*item);
+        }
+    }
+}
+
 // The commands of a sequence whose first item of the kind has exactly the text value.
 std::vector<std::reference_wrapper<ZentuCmd>> commands_with_first_item(
     const ZentuCmdContainer::CmdSequence& sequence, CmdItem item, const std::string& value) {
@@ -267,13 +281,12 @@ void ZentuCmdContainer::CreateReferences() {
     }
     Resolver resolver(index);
     for (CmdSequence& sequence : commands_) {
-        for (std::unique_ptr<ZentuCmd>& cmd : sequence) {
-            for (std::size_t kind = 1; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (std::unique_ptr<ZentuCmdItem>& item :
-                     cmd->GetItemRange(static_cast<CmdItem>(kind))) {
-                    resolver.Offer(*item);
-                }
+        for (std::size_t position = 0; position < sequence.size(); ++position) {
+            if (position + ZentuCmdIdentifier::PREFETCH_DISTANCE < sequence.size()) {
+                ZentuCmdIdentifier::prefetch(
+                    *sequence[position + ZentuCmdIdentifier::PREFETCH_DISTANCE]);
             }
+            offer_items(*sequence[position], resolver);
         }
     }
     resolver.Flush();

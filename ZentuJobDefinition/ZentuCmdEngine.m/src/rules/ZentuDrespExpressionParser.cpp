@@ -1,9 +1,11 @@
 #include "ZentuDrespExpressionParser.h"
 
 #include <algorithm>
+#include <array>
 #include <bitset>
 #include <climits>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -39,8 +41,27 @@ constexpr double ZERO_LIMIT = 1e-16;
 class CommandIndex {
   public:
     explicit CommandIndex(const ZentuCmdContainer& container)
-        : responses_(index_kind(container, Cmd::DRESP)),
-          operators_(index_kind(container, Cmd::OPERATOR)) {}
+        : CommandIndex(index_kind(container, Cmd::DRESP), index_kind(container, Cmd::OPERATOR)) {}
+
+    // An empty index with room for the container's DRESP and OPERATOR commands, for Add to fill.
+    static CommandIndex SizedFor(const ZentuCmdContainer& container) {
+        return CommandIndex(Index(container.GetNumberOfCommands(Cmd::DRESP)),
+                            Index(container.GetNumberOfCommands(Cmd::OPERATOR)));
+    }
+
+    // Records a DRESP or OPERATOR command under its identifier, whose Hash() is hash, unless a
+    // command of its kind is recorded under it already.
+    void Add(Cmd kind, std::string_view identifier, std::uint64_t hash, const ZentuCmd& command) {
+        IndexOf(kind).Add(identifier, hash, &command);
+    }
+
+    // Asks the processor to fetch where Add records an identifier of this hash for the kind.
+    void Prefetch(Cmd kind, std::uint64_t hash) { IndexOf(kind).Prefetch(hash); }
+
+    // The hash under which an identifier is recorded.
+    static std::uint64_t Hash(std::string_view identifier) {
+        return ZentuCmdIdentifier::Index::Hash(identifier);
+    }
 
     // The first DRESP command with the identifier, else the first OPERATOR command, else null.
     const ZentuCmd* Find(const std::string& identifier) const {
@@ -58,6 +79,11 @@ class CommandIndex {
 
   private:
     using Index = ZentuCmdIdentifier::Index;
+
+    CommandIndex(Index responses, Index operators)
+        : responses_(std::move(responses)), operators_(std::move(operators)) {}
+
+    Index& IndexOf(Cmd kind) { return kind == Cmd::DRESP ? responses_ : operators_; }
 
     static Index index_kind(const ZentuCmdContainer& container, Cmd kind) {
         Index index(container.GetNumberOfCommands(kind));
@@ -293,19 +319,19 @@ class ReferenceMatcher {
   public:
     using Iterator = std::string::const_iterator;
 
-    explicit ReferenceMatcher(const ZentuCmdContainer& container)
+    // The matcher of the container's references; with commands, the same walk over the
+    // commands records them in that index too, so that their identifiers are read once.
+    explicit ReferenceMatcher(const ZentuCmdContainer& container, CommandIndex* commands = nullptr)
         : index_(container.GetNumberOfCommands(Cmd::DRESP) +
-                 container.GetNumberOfCommands(Cmd::OPERATOR)) {
+                 container.GetNumberOfCommands(Cmd::OPERATOR)),
+          commands_(commands) {
         std::size_t position = 0;
-        std::string reference;
         for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
             for (const auto& command : container.GetCommands(kind)) {
-                set_reference_text(*command, reference);
-                longest_ = std::max(longest_, reference.size());
-                MarkBytes(reference);
-                index_.Add(reference, position++);
+                Prepare(kind, *command, position++);
             }
         }
+        AddPending();
     }
 
     // The end of the matched reference, or begin when none matches.
@@ -331,6 +357,60 @@ class ReferenceMatcher {
     }
 
   private:
+    using Index = ZentuTextIndex<std::size_t, true>;
+
+    // A command waiting to be indexed: its reference, the reference's hash and position in the
+    // list, and, when it has an identifier, the identifier's hash.
+    struct Pending {
+        std::string reference;
+        std::uint64_t hash = 0;
+        std::size_t position = 0;
+        Cmd kind = Cmd::DRESP;
+        const ZentuCmd* command = nullptr;
+        bool identified = false;
+        std::uint64_t identifierHash = 0;
+
+        // The identifier between the reference's delimiters.
+        std::string_view Identifier() const {
+            return std::string_view(reference).substr(1, reference.size() - 2);
+        }
+    };
+
+    // Works out the command's reference and starts fetching the slots where it goes; the
+    // commands are indexed in batches whose slots are fetched from memory together.
+    void Prepare(Cmd kind, const ZentuCmd& command, std::size_t position) {
+        Pending& pending = batch_[pendingCount_++];
+        set_reference_text(command, pending.reference);
+        longest_ = std::max(longest_, pending.reference.size());
+        MarkBytes(pending.reference);
+        pending.hash = Index::Hash(pending.reference);
+        pending.position = position;
+        index_.Prefetch(pending.hash);
+        pending.kind = kind;
+        pending.command = &command;
+        pending.identified = ZentuCmdIdentifier::item_of(command) != nullptr;
+        if (commands_ != nullptr && pending.identified) {
+            pending.identifierHash = CommandIndex::Hash(pending.Identifier());
+            commands_->Prefetch(kind, pending.identifierHash);
+        }
+        if (pendingCount_ == batch_.size()) {
+            AddPending();
+        }
+    }
+
+    // Indexes the waiting commands in list order, so that the first of equal ones stays.
+    void AddPending() {
+        for (std::size_t k = 0; k < pendingCount_; ++k) {
+            const Pending& pending = batch_[k];
+            index_.Add(pending.reference, pending.hash, pending.position);
+            if (commands_ != nullptr && pending.identified) {
+                commands_->Add(pending.kind, pending.Identifier(), pending.identifierHash,
+                               *pending.command);
+            }
+        }
+        pendingCount_ = 0;
+    }
+
     // Records the bytes of a reference, an ASCII letter in both cases as the index compares them.
     void MarkBytes(std::string_view reference) {
         constexpr int CASE_DISTANCE = 'a' - 'A';
@@ -352,7 +432,10 @@ class ReferenceMatcher {
         });
     }
 
-    ZentuTextIndex<std::size_t, true> index_;
+    Index index_;
+    CommandIndex* commands_;
+    std::array<Pending, 16> batch_;
+    std::size_t pendingCount_ = 0;
     std::size_t longest_ = 0;
     std::bitset<UCHAR_MAX + 1> referenceBytes_;
 };
@@ -399,12 +482,12 @@ std::vector<TokenDescription> create_token_setup(const ZentuCmdContainer& contai
 // allocating.
 void dresp_expression_rule(ZentuCmdContainer& container,
                            const ZentuCmdItemDefs::KeywordMap& keywords) {
-    const ReferenceMatcher matcher(container);
+    CommandIndex index = CommandIndex::SizedFor(container);
+    const ReferenceMatcher matcher(container, &index);
     const std::vector<TokenDescription> setup =
         setup_with([&matcher](std::string::const_iterator begin, std::string::const_iterator end) {
             return matcher.Match(begin, end);
         });
-    CommandIndex index(container);
     Reduction reduction{keywords, container, index, {}, {}, {}};
     std::vector<Token> tokens;
     // Generated commands are appended behind the ones that hold expressions and are not visited.
