@@ -17,9 +17,11 @@
 // of keys and queries compare without case.
 template <typename Value, bool IgnoreCase = false>
 class ZentuTextIndex {
+    // NOLINTBEGIN(bugprone-sizeof-expression): the size of the value type, a pointer or not.
     static_assert(std::is_trivially_copyable<Value>::value &&
                       sizeof(Value) <= sizeof(std::uint64_t),
                   "a value is kept in its slot beside the key");
+    // NOLINTEND(bugprone-sizeof-expression)
 
   public:
     // An empty index with room for count texts before it grows.
