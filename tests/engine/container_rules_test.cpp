@@ -74,8 +74,8 @@ class RuleEngineTest : public ::testing::Test {
 };
 
 // Rules run in the order added, each on the container that the rules before it left; neither
-// unknown rule types nor indices past the rules, nor a kind flagged for a default command, may
-// make apply_rules do anything beyond the rules it holds.
+// unknown rule types nor indices just past the rules (one default-value rule, two manipulators),
+// nor a kind flagged for a default command, may make apply_rules do anything beyond its rules.
 TEST_F(RuleEngineTest, RunsTheConfiguredRulesInTheOrderAddedEachSeeingTheOnesBefore) {
     Describe("DV", Cmd::DV);
     Describe("DRESP", Cmd::DRESP, true);
@@ -89,8 +89,8 @@ TEST_F(RuleEngineTest, RunsTheConfiguredRulesInTheOrderAddedEachSeeingTheOnesBef
     AddVisitingRule(Cmd::DV);
     config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(2), 0);
     config_.rule_sequence.emplace_back(static_cast<ZentuCmdIoConfig::RuleType>(-1), 99);
-    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::DEFAULT_VALUE_RULE, 99);
-    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 99);
+    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::DEFAULT_VALUE_RULE, 1);
+    config_.rule_sequence.emplace_back(ZentuCmdIoConfig::CONTAINER_MANIPULATOR_RULE, 2);
     config_.AddRule([](ZentuCmdContainer& container, const KeywordMap&) {
         std::size_t marked = 0;
         for (const auto& cmd : container.GetCommands(Cmd::DV)) {
