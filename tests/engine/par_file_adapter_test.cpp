@@ -70,7 +70,8 @@ class ParFileAdapterTest : public ::testing::Test {
         return path;
     }
 
-    void AddCountingRule() {
+    void CompleteWithDefaultsAndACountingRule() {
+        config_ = Schema(true);
         rulesRun_ = 0;
         config_.AddRule([](ZentuCmdContainer&, const KeywordMap&) { ++rulesRun_; });
     }
@@ -123,8 +124,7 @@ TEST_F(ParFileAdapterTest, TypesItemsByTheirDescriptionAndWarnsOfUndescribedOnes
 // The refusing command stands between commands read before and after it, one of which names it,
 // under default commands and a rule, so that every completion step that must not happen shows.
 TEST_F(ParFileAdapterTest, ARefusedItemEndsReadingWithAFailureThatCarriesTheRefusal) {
-    config_ = Schema(true);
-    AddCountingRule();
+    CompleteWithDefaultsAndACountingRule();
     for (const auto& c : zentu_test::DataCases("engine/cases/par_refused_items.txt", 6)) {
         SCOPED_TRACE(c.where);
         ZentuCmdContainer container;
@@ -167,8 +167,7 @@ TEST_F(ParFileAdapterTest, CompletesWithDefaultsThenReferencesThenRules) {
 
 // Reading appends, and completes the whole container even when the file holds no command.
 TEST_F(ParFileAdapterTest, AddsToWhatTheContainerHoldsAndCompletesItEvenWithoutCommands) {
-    config_ = Schema(true);
-    AddCountingRule();
+    CompleteWithDefaultsAndACountingRule();
     ZentuCmdContainer container;
     container.CreateCommand(Cmd::GROUP_DEF, "GROUP_DEF", "g0");
     container.CreateCommand(Cmd::DRESP, "DRESP_OLD", "r0");
@@ -210,8 +209,7 @@ TEST_F(ParFileAdapterTest, ReadsTheFileAnewOnEveryParseAndCopiesReadAlike) {
 
 // A container that already holds a command, default commands and a rule make any change show.
 TEST_F(ParFileAdapterTest, FailsOnBadInputNamingFileAndLineAndLeavesTheContainerAlone) {
-    config_ = Schema(true);
-    AddCountingRule();
+    CompleteWithDefaultsAndACountingRule();
     // Each file with the line that its failure names, 0 for none; the syntax errors themselves are
     // the tokenizer's business.
     const std::pair<fs::path, int> cases[] = {
