@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "ZentuUtilitiesExport.h"
 
@@ -28,5 +29,43 @@ ZENTU_UTILITIES_API int SetLogVerbosity(int maxType);
 
 // Whether a message of the given type would be logged; lets callers skip preparing arguments.
 ZENTU_UTILITIES_API bool IsLogEnabled(LogMsgType type);
+
+// Holds back the messages that the constructing thread logs while it lives, so that work whose
+// outcome is not known yet logs only once it is kept: Deliver passes them on in the order logged,
+// and destruction without it drops them. A hold inside another passes its messages to the outer.
+class ZENTU_UTILITIES_API HeldMessages {
+  public:
+    // Starts holding this thread's messages.
+    HeldMessages();
+
+    // Stops holding; messages not delivered are dropped.
+    ~HeldMessages();
+
+    HeldMessages(const HeldMessages&) = delete;
+    HeldMessages& operator=(const HeldMessages&) = delete;
+
+    // Stops holding and logs the held messages, in order, as if they were logged now.
+    void Deliver();
+
+  private:
+    // A message as log_msg hands it to the handler.
+    struct Message {
+        LogMsgType type;
+        const char* file;
+        int line;
+        const char* tag;
+        std::string text;
+    };
+
+    friend void log_msg(LogMsgType type, const char* file, int line, const char* tag,
+                        const char* format, ...);
+
+    // Stops holding, giving the thread back to the hold that was in place before.
+    void Release();
+
+    std::vector<Message> messages_;
+    HeldMessages* outer_;
+    bool holding_ = true;
+};
 
 }  // namespace KPL_LogMacros

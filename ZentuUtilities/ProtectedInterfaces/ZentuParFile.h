@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -82,84 +82,33 @@ class ZENTU_UTILITIES_API ZentuParFile {
     std::vector<ZentuParCommand> commands_;
 };
 
-// A parameter file split as ZentuParFile splits it, with the same failures, but holding every name
-// and value in one text: a reader that goes through the file once takes views of them rather than
-// a string per item and a vector per command.
-class ZENTU_UTILITIES_API ZentuParFileText {
-  public:
-    // One item: its name and value text as ZentuParSubCommand holds them, and the line of its name.
-    struct Item {
-        std::string_view name;
-        std::string_view value;
-        std::size_t line;
-    };
+// A parameter file handed over command by command, split as ZentuParFile splits it and with the
+// same failures, so that a reader that goes through the file once keeps no more of it at a time
+// than one command's texts.
+namespace ZentuParFileCommands {
 
-    // One command: its keyword, the line that holds it, and the numbers of its items, from
-    // firstItem up to but not including itemEnd.
-    struct Command {
-        std::string_view keyword;
-        std::size_t line;
-        std::size_t firstItem;
-        std::size_t itemEnd;
-    };
-
-    // Reads the file; the failure's message names the file and, for a syntax error, the line.
-    explicit ZentuParFileText(const std::wstring& path);
-
-    // The number of commands.
-    std::size_t CommandCount() const { return commands_.size(); }
-
-    // The command of the given number, counted from 0 in file order; its views live as long as
-    // this object.
-    Command CommandAt(std::size_t index) const;
-
-    // The item of the given number, counted from 0 in file order; its views live as long as this
-    // object.
-    Item ItemAt(std::size_t index) const;
-
-    // The value of the command's first item named ID_NAME in any case; empty when there is none.
-    std::string_view IdNameOf(const Command& command) const;
-
-  private:
-    // Fills the containers below while the file is read.
-    friend class ZentuParFileTextBuilder;
-
-    // A name, value or keyword: where it starts in text_ and how long it is.
-    struct Piece {
-        std::size_t offset;
-        std::size_t length;
-    };
-
-    // An item as stored.
-    struct StoredItem {
-        Piece name;
-        Piece value;
-        std::size_t line;
-    };
-
-    // A command as stored; its items end where the next command's begin.
-    struct StoredCommand {
-        Piece keyword;
-        std::size_t line;
-        std::size_t itemEnd;
-    };
-
-    // The view of a piece of text_.
-    std::string_view View(Piece piece) const {
-        return std::string_view(text_).substr(piece.offset, piece.length);
-    }
-
-    // The item of the given number as stored.
-    const StoredItem& Stored(std::size_t index) const {
-        return itemBlocks_[index / ITEMS_PER_BLOCK][index % ITEMS_PER_BLOCK];
-    }
-
-    // Items are kept in blocks that never move, so that the items of a large file are written
-    // once rather than copied, into memory fetched anew, each time their storage grows.
-    static constexpr std::size_t ITEMS_PER_BLOCK = 4096;
-
-    std::string text_;
-    std::vector<std::unique_ptr<StoredItem[]>> itemBlocks_;
-    std::size_t itemCount_ = 0;
-    std::vector<StoredCommand> commands_;
+// One item: its name and value text as ZentuParSubCommand holds them, and the line of its name.
+struct Item {
+    std::string_view name;
+    std::string_view value;
+    std::size_t line;
 };
+
+// One command: its keyword, the line that holds it, its items in file order, and the value of its
+// first item named ID_NAME in any case (empty when there is none).
+struct Command {
+    std::string_view keyword;
+    std::size_t line;
+    const std::vector<Item>& items;
+    std::string_view idName;
+};
+
+// Receives the commands of a file; the views that a command holds live until it returns.
+using Visitor = std::function<void(const Command&)>;
+
+// Reads the file and hands its commands to visit in file order, each once its END_ line is read;
+// the first problem ends the reading with a KPL_Failure that names the file and, for a syntax
+// error, the line, after the commands before it have been handed over.
+ZENTU_UTILITIES_API void read(const std::wstring& path, const Visitor& visit);
+
+}  // namespace ZentuParFileCommands

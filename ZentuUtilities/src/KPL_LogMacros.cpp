@@ -13,6 +13,9 @@
 namespace KPL_LogMacros {
 namespace {
 
+// The hold that takes this thread's messages, or null when they go to the handler.
+thread_local HeldMessages* t_hold = nullptr;
+
 // The most detailed message type that is logged.
 std::atomic<int> g_verbosity{LOG_WARNING};
 
@@ -93,7 +96,38 @@ void log_msg(LogMsgType type, const char* file, int line, const char* tag, const
         throw;
     }
     va_end(arguments);
+    if (t_hold != nullptr) {
+        t_hold->messages_.push_back(
+            HeldMessages::Message{type, file, line, tag, std::move(message)});
+        return;
+    }
     Deliver(type, file, line, tag, message);
+}
+
+HeldMessages::HeldMessages() : outer_(std::exchange(t_hold, this)) {}
+
+HeldMessages::~HeldMessages() {
+    Release();
+}
+
+void HeldMessages::Deliver() {
+    Release();
+    for (Message& message : messages_) {
+        if (t_hold != nullptr) {
+            t_hold->messages_.push_back(std::move(message));
+        } else {
+            KPL_LogMacros::Deliver(message.type, message.file, message.line, message.tag,
+                                   message.text);
+        }
+    }
+    messages_.clear();
+}
+
+void HeldMessages::Release() {
+    if (holding_) {
+        t_hold = outer_;
+        holding_ = false;
+    }
 }
 
 LogHandler SetLogHandler(LogHandler handler) {

@@ -79,18 +79,6 @@ FileHandle OpenForReading(const std::wstring& path, const std::string& shownPath
     return file;
 }
 
-// The size of an open file in bytes, or 0 when the system does not tell; a hint for reserving.
-std::size_t SizeOf(std::FILE* file) {
-#if defined(_WIN32)
-    struct _stat64 status;
-    const bool known = _fstat64(_fileno(file), &status) == 0;
-#else
-    struct stat status;
-    const bool known = fstat(fileno(file), &status) == 0;
-#endif
-    return known && status.st_size > 0 ? static_cast<std::size_t>(status.st_size) : 0;
-}
-
 // Hands out the lines of a file one by one. It reads fixed chunks and hands out a line that lies
 // within one chunk in place; only a line that crosses chunks is gathered, each of its bytes once,
 // so time and memory grow with the file however long its lines are.
@@ -166,21 +154,28 @@ class LineSource {
     std::size_t lineNumber_ = 0;
 };
 
-}  // namespace
+// Whether an item's name is ID_NAME, in any case.
+bool IsIdName(std::string_view name) {
+    return ZentuStringUtil::equals_ignoring_case(name, ID_NAME);
+}
 
-// Turns the lines of a file, as the scanner classifies them, into the commands and items of a
-// ZentuParFileText; the first line that breaks the structure ends the reading with a failure.
+// Turns the lines of a file, as the scanner classifies them, into commands with their items, and
+// hands each to a visitor once its END_ line is read; the first line that breaks the structure
+// ends the reading with a failure.
 //
 // Blank lines inside a multi-line value, trailing ones included, are value lines: the writer puts
 // a value on the lines after its name exactly as it is and the next item or END_ right behind it,
 // so keeping them gives back every value it wrote, an empty one or one ending in a line feed
 // alike. Comment lines are skipped there too and neither end the value nor add to it. Nothing is
 // appended to the text while a value is open but its lines, so the value stays one piece.
-class ZentuParFileTextBuilder {
+//
+// The texts of one command are gathered in one buffer that every command reuses, so reading keeps
+// no more of the file at a time than the command at hand.
+class CommandBuilder {
   public:
-    // A builder that fills file, whose failures name the file so.
-    ZentuParFileTextBuilder(ZentuParFileText& file, const std::string& shownPath)
-        : file_(file), shownPath_(shownPath) {}
+    // A builder that hands its commands to visit, and whose failures name the file so.
+    CommandBuilder(const ZentuParFileCommands::Visitor& visit, const std::string& shownPath)
+        : visit_(visit), shownPath_(shownPath) {}
 
     // Takes the next line of the file.
     void Take(std::string_view line, std::size_t number) {
@@ -191,18 +186,18 @@ class ZentuParFileTextBuilder {
             case ZentuParLine::Kind::COMMENT:
                 return;
             case ZentuParLine::Kind::KEYWORD:
-                command_ = ZentuParFileText::StoredCommand{Append(name), number, 0};
+                OpenCommand(name, number);
                 return;
             case ZentuParLine::Kind::END:
                 CloseCommand();
                 return;
             case ZentuParLine::Kind::ITEM:
                 CloseValue();
-                AddItem({Append(name), Append(scanned.Value(line)), number});
+                items_.push_back({Append(name), Append(scanned.Value(line)), number});
                 return;
             case ZentuParLine::Kind::NAME:
                 CloseValue();
-                value_ = OpenValue{Append(name), {file_.text_.size(), 0}, number, false};
+                value_ = OpenValue{Append(name), {text_.size(), 0}, number, false};
                 return;
             case ZentuParLine::Kind::VALUE:
                 AddValueLine(name);
@@ -222,18 +217,31 @@ class ZentuParFileTextBuilder {
     // Checks, once the file's last line, numbered lastLine, has been taken, that no command is
     // left open.
     void Finish(std::size_t lastLine) const {
-        if (command_) {
-            Fail(KPL_Failure::Format(
-                Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(), lastLine,
-                ZentuStringUtil::excerpt(file_.View(command_->keyword)).c_str(), command_->line));
+        if (open_) {
+            Fail(KPL_Failure::Format(Messages::PAR_FILE_ENDS_INSIDE_COMMAND, shownPath_.c_str(),
+                                     lastLine, ZentuStringUtil::excerpt(View(keyword_)).c_str(),
+                                     keywordLine_));
         }
     }
 
   private:
+    // A name, value or keyword: where it starts in the command's text and how long it is.
+    struct Piece {
+        std::size_t offset;
+        std::size_t length;
+    };
+
+    // An item as gathered.
+    struct StoredItem {
+        Piece name;
+        Piece value;
+        std::size_t line;
+    };
+
     // An item named alone on its line, gathering the value lines that follow it.
     struct OpenValue {
-        ZentuParFileText::Piece name;
-        ZentuParFileText::Piece value;
+        Piece name;
+        Piece value;
         std::size_t line;
         bool hasLines;
     };
@@ -244,63 +252,73 @@ class ZentuParFileTextBuilder {
                                    ZentuStringUtil::excerpt(text).c_str());
     }
 
-    // Appends a name, value or keyword to the file's text.
-    ZentuParFileText::Piece Append(std::string_view text) {
-        const ZentuParFileText::Piece piece{file_.text_.size(), text.size()};
-        file_.text_.append(text);
+    // The view of a piece of the command's text.
+    std::string_view View(Piece piece) const {
+        return std::string_view(text_).substr(piece.offset, piece.length);
+    }
+
+    // Appends a name, value or keyword to the command's text.
+    Piece Append(std::string_view text) {
+        const Piece piece{text_.size(), text.size()};
+        text_.append(text);
         return piece;
+    }
+
+    // Starts a command at its keyword line, in place of the texts of the one before.
+    void OpenCommand(std::string_view keyword, std::size_t number) {
+        text_.clear();
+        items_.clear();
+        keyword_ = Append(keyword);
+        keywordLine_ = number;
+        open_ = true;
     }
 
     // Appends a line to the value being gathered.
     void AddValueLine(std::string_view line) {
         if (value_->hasLines) {
-            file_.text_ += LINE_FEED;
+            text_ += LINE_FEED;
         }
-        file_.text_.append(line);
-        value_->value.length = file_.text_.size() - value_->value.offset;
+        text_.append(line);
+        value_->value.length = text_.size() - value_->value.offset;
         value_->hasLines = true;
-    }
-
-    // Stores an item, in a new block when the last one is full.
-    void AddItem(const ZentuParFileText::StoredItem& item) {
-        const std::size_t place = file_.itemCount_ % ZentuParFileText::ITEMS_PER_BLOCK;
-        if (place == 0) {
-            file_.itemBlocks_.emplace_back(
-                new ZentuParFileText::StoredItem[ZentuParFileText::ITEMS_PER_BLOCK]);
-        }
-        file_.itemBlocks_.back()[place] = item;
-        ++file_.itemCount_;
     }
 
     // Adds the item whose value was being gathered, if any.
     void CloseValue() {
         if (value_) {
-            AddItem({value_->name, value_->value, value_->line});
+            items_.push_back({value_->name, value_->value, value_->line});
             value_.reset();
         }
     }
 
-    // Adds the open command, with its last item.
+    // Hands the open command, with its last item, to the visitor; its texts no longer move.
     void CloseCommand() {
         CloseValue();
-        command_->itemEnd = file_.itemCount_;
-        file_.commands_.push_back(*command_);
-        command_.reset();
+        open_ = false;
+        views_.clear();
+        std::string_view idName;
+        bool identified = false;
+        for (const StoredItem& item : items_) {
+            views_.push_back({View(item.name), View(item.value), item.line});
+            if (!identified && IsIdName(views_.back().name)) {
+                idName = views_.back().value;
+                identified = true;
+            }
+        }
+        visit_(ZentuParFileCommands::Command{View(keyword_), keywordLine_, views_, idName});
     }
 
-    ZentuParFileText& file_;
+    const ZentuParFileCommands::Visitor& visit_;
     const std::string& shownPath_;
     ZentuParScanner scanner_;
-    std::optional<ZentuParFileText::StoredCommand> command_;
+    std::string text_;
+    std::vector<StoredItem> items_;
+    std::vector<ZentuParFileCommands::Item> views_;
+    Piece keyword_{0, 0};
+    std::size_t keywordLine_ = 0;
+    bool open_ = false;
     std::optional<OpenValue> value_;
 };
-
-namespace {
-
-// Whether an item's name is ID_NAME, in any case.
-bool IsIdName(std::string_view name) {
-    return ZentuStringUtil::equals_ignoring_case(name, ID_NAME);
-}
 
 // The value of the first item named ID_NAME, or the empty text.
 std::string IdNameOf(const std::vector<ZentuParSubCommand>& items) {
@@ -311,12 +329,10 @@ std::string IdNameOf(const std::vector<ZentuParSubCommand>& items) {
 }
 
 // The items of a command, each with strings of its own.
-std::vector<ZentuParSubCommand> SubCommandsOf(const ZentuParFileText& file,
-                                              const ZentuParFileText::Command& command) {
+std::vector<ZentuParSubCommand> SubCommandsOf(const ZentuParFileCommands::Command& command) {
     std::vector<ZentuParSubCommand> items;
-    items.reserve(command.itemEnd - command.firstItem);
-    for (std::size_t index = command.firstItem; index < command.itemEnd; ++index) {
-        const ZentuParFileText::Item item = file.ItemAt(index);
+    items.reserve(command.items.size());
+    for (const ZentuParFileCommands::Item& item : command.items) {
         items.emplace_back(std::string(item.name), std::string(item.value), item.line);
     }
     return items;
@@ -335,23 +351,18 @@ ZentuParCommand::ZentuParCommand(std::string keyword, std::size_t line,
       items_(std::move(items)) {}
 
 ZentuParFile::ZentuParFile(const std::wstring& path) {
-    const ZentuParFileText file(path);
-    commands_.reserve(file.CommandCount());
-    for (std::size_t index = 0; index < file.CommandCount(); ++index) {
-        const ZentuParFileText::Command command = file.CommandAt(index);
-        commands_.emplace_back(std::string(command.keyword), command.line,
-                               SubCommandsOf(file, command));
-    }
+    ZentuParFileCommands::read(path, [this](const ZentuParFileCommands::Command& command) {
+        commands_.emplace_back(std::string(command.keyword), command.line, SubCommandsOf(command));
+    });
 }
 
-// The text is reserved at the file's size, which its names and values never exceed, so that it is
-// not copied as it grows.
-ZentuParFileText::ZentuParFileText(const std::wstring& path) {
+namespace ZentuParFileCommands {
+
+void read(const std::wstring& path, const Visitor& visit) {
     const std::string shownPath = ZentuStringUtil::printable(ZentuFileUtil::to_utf8(path));
     const FileHandle file = OpenForReading(path, shownPath);
-    text_.reserve(SizeOf(file.get()));
     LineSource lines(file.get(), shownPath);
-    ZentuParFileTextBuilder builder(*this, shownPath);
+    CommandBuilder builder(visit, shownPath);
     std::string_view line;
     while (lines.Next(line)) {
         builder.Take(line, lines.LineNumber());
@@ -359,22 +370,4 @@ ZentuParFileText::ZentuParFileText(const std::wstring& path) {
     builder.Finish(lines.LineNumber());
 }
 
-ZentuParFileText::Command ZentuParFileText::CommandAt(std::size_t index) const {
-    const StoredCommand& command = commands_[index];
-    const std::size_t firstItem = index == 0 ? 0 : commands_[index - 1].itemEnd;
-    return Command{View(command.keyword), command.line, firstItem, command.itemEnd};
-}
-
-ZentuParFileText::Item ZentuParFileText::ItemAt(std::size_t index) const {
-    const StoredItem& item = Stored(index);
-    return Item{View(item.name), View(item.value), item.line};
-}
-
-std::string_view ZentuParFileText::IdNameOf(const Command& command) const {
-    for (std::size_t index = command.firstItem; index < command.itemEnd; ++index) {
-        if (IsIdName(View(Stored(index).name))) {
-            return View(Stored(index).value);
-        }
-    }
-    return {};
-}
+}  // namespace ZentuParFileCommands

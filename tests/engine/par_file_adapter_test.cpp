@@ -207,7 +207,9 @@ TEST_F(ParFileAdapterTest, ReadsTheFileAnewOnEveryParseAndCopiesReadAlike) {
     }
 }
 
-// A container that already holds a command, default commands and a rule make any change show.
+// A container that already holds a command, default commands and a rule make any change show; a
+// file breaks the structure only after commands that read, warn or are refused, which must leave
+// neither commands nor messages behind.
 TEST_F(ParFileAdapterTest, FailsOnBadInputNamingFileAndLineAndLeavesTheContainerAlone) {
     CompleteWithDefaultsAndACountingRule();
     // Each file with the line that its failure names, 0 for none; the syntax errors themselves are
@@ -215,6 +217,7 @@ TEST_F(ParFileAdapterTest, FailsOnBadInputNamingFileAndLineAndLeavesTheContainer
     const std::pair<fs::path, int> cases[] = {
         {WriteFile("DV\n  ID_NAME = d1\n  VALUE = 1\n", "open.par"), 3},
         {WriteFile("DV\n  ID_NAME = d1\nEND_\nEND_\n", "after_good.par"), 4},
+        {WriteFile("DV\n  BOGUS = 1\nEND_\nDV\n  VALUE = x\nEND_\nDV\n", "after_refused.par"), 7},
         {dir_.Path() / "missing.par", 0},
         {dir_.Path(), 0}};
     for (const auto& [file, line] : cases) {
@@ -232,6 +235,7 @@ TEST_F(ParFileAdapterTest, FailsOnBadInputNamingFileAndLineAndLeavesTheContainer
         EXPECT_EQ(CmdLines(container), Lines{"DV@DV ID_NAME:ID_NAME=BEFORE/string"});
     }
     EXPECT_EQ(rulesRun_, 0);
+    EXPECT_EQ(Warnings(), Lines{});
 }
 
 }  // namespace

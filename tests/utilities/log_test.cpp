@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -94,6 +95,38 @@ TEST_F(LogTest, SetLogHandlerReturnsThePreviousOneAndEmptyStandsForTheDefault) {
     KPL_LogMacros::SetLogHandler(recorder);
     log_msg(KPL_LogMacros::LOG_ERROR, "f", 1, "t", "back");
     EXPECT_EQ(records_.size(), 1u);
+}
+
+// Work whose outcome is not known yet holds its messages: a kept hold logs them in order, with
+// their sources, into the hold around it if any; a dropped one logs nothing; messages of other
+// threads pass.
+TEST_F(LogTest, HeldMessagesAreLoggedInOrderWhenDeliveredAndDroppedOtherwise) {
+    const auto logged = [](const char* text) {
+        log_msg(KPL_LogMacros::LOG_WARNING, "f", 2, "t", "%s", text);
+    };
+    {
+        KPL_LogMacros::HeldMessages outer;
+        logged("a");
+        {
+            KPL_LogMacros::HeldMessages dropped;
+            logged("lost");
+        }
+        {
+            KPL_LogMacros::HeldMessages kept;
+            logged("b");
+            std::thread([&logged] { logged("other thread"); }).join();
+            kept.Deliver();
+            logged("c");
+        }
+        EXPECT_EQ(records_, (std::vector<Record>{{2, "f", 2, "t", "other thread"}}));
+        outer.Deliver();
+    }
+    logged("d");
+    std::vector<std::string> texts;
+    for (const Record& record : records_) {
+        texts.push_back(std::get<4>(record));
+    }
+    EXPECT_EQ(texts, (std::vector<std::string>{"other thread", "a", "b", "c", "d"}));
 }
 
 }  // namespace

@@ -1,5 +1,8 @@
 #include "ZentuParFileAdapter.h"
 
+#include <array>
+#include <exception>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,32 +49,30 @@ std::unique_ptr<ZentuCmdItem> create_item(const ZentuCmdItemMetaData& metadata,
     }
 }
 
-// Reads the commands of a split file into a container. The schema's maps and the item factory
-// take strings, so the texts they are given are copied into buffers that every command reuses
-// rather than into new strings.
+// Reads the commands of a file into a container. The schema's maps and the item factory take
+// strings, so the texts they are given are copied into buffers that every command reuses rather
+// than into new strings.
 class CommandReader {
   public:
-    CommandReader(const ZentuParFileText& file, const ZentuCmdIoConfig& config,
-                  ZentuCmdContainer& container)
-        : file_(file), config_(config), container_(container) {}
+    CommandReader(const ZentuCmdIoConfig& config, ZentuCmdContainer& container)
+        : config_(config), container_(container) {}
 
     // Reads one command with its items and their defaults.
-    void Read(const ZentuParFileText::Command& parsed) {
+    void Read(const ZentuParFileCommands::Command& parsed) {
         keyword_.assign(parsed.keyword);
         const auto found = config_.cmd_metadata.find(Upper(parsed.keyword));
         const ZentuCmdMetaData& description =
             found == config_.cmd_metadata.end() ? unknownCommand_ : found->second;
         ZentuCmd& command = container_.CreateCommand(description.GetKey(), keyword_);
-        const std::string_view idName = file_.IdNameOf(parsed);
-        for (std::size_t index = parsed.firstItem; index < parsed.itemEnd; ++index) {
-            ReadItem(file_.ItemAt(index), description, idName, command);
+        for (const ZentuParFileCommands::Item& item : parsed.items) {
+            ReadItem(item, description, parsed.idName, command);
         }
         ZentuCmdContainerRules::add_default_valued_items(command, description, config_.enum_map);
     }
 
   private:
     // Adds the item if the command's description knows its name, and warns otherwise.
-    void ReadItem(const ZentuParFileText::Item& item, const ZentuCmdMetaData& description,
+    void ReadItem(const ZentuParFileCommands::Item& item, const ZentuCmdMetaData& description,
                   std::string_view idName, ZentuCmd& command) {
         const std::string& itemName = Upper(item.name);
         const auto found = description.GetMetaData().find(itemName);
@@ -92,7 +93,6 @@ class CommandReader {
         return upper_;
     }
 
-    const ZentuParFileText& file_;
     const ZentuCmdIoConfig& config_;
     ZentuCmdContainer& container_;
     const ZentuCmdMetaData unknownCommand_;
@@ -101,15 +101,64 @@ class CommandReader {
     std::string value_;
 };
 
-// Reads the commands of the file into the container, each with its items and their defaults. The
-// split file is released on return, before the container is completed, so that the two are never
-// held whole at once.
+// The commands that a reading adds to a container, taken out again unless the reading keeps them.
+class AddedCommands {
+  public:
+    explicit AddedCommands(ZentuCmdContainer& container) : container_(container) {
+        for (std::size_t kind = 0; kind < counts_.size(); ++kind) {
+            counts_[kind] = container.GetNumberOfCommands(static_cast<ZentuCmdDefs::Cmd>(kind));
+        }
+    }
+
+    AddedCommands(const AddedCommands&) = delete;
+    AddedCommands& operator=(const AddedCommands&) = delete;
+
+    ~AddedCommands() {
+        if (kept_) {
+            return;
+        }
+        for (std::size_t kind = 0; kind < counts_.size(); ++kind) {
+            const auto cmd = static_cast<ZentuCmdDefs::Cmd>(kind);
+            while (container_.GetNumberOfCommands(cmd) > counts_[kind]) {
+                container_.Erase(cmd, std::prev(container_.GetCommandEnd(cmd)));
+            }
+        }
+    }
+
+    // Leaves the added commands in the container.
+    void Keep() { kept_ = true; }
+
+  private:
+    ZentuCmdContainer& container_;
+    std::array<std::size_t, ZentuCmdDefs::CMD_KIND_COUNT> counts_{};
+    bool kept_ = false;
+};
+
+// Reads the commands of the file into the container, each with its items and their defaults, as
+// the file is read, so that the file is never held whole beside the container. The outcome is that
+// of reading the whole file first: a file that breaks the structure adds no command and logs
+// nothing, and otherwise the reading's messages are logged and the first refused item fails it,
+// with the commands up to that item left in the container.
 void read_commands(const std::wstring& path, const ZentuCmdIoConfig& config,
                    ZentuCmdContainer& container) {
-    const ZentuParFileText file(path);
-    CommandReader reader(file, config, container);
-    for (std::size_t index = 0; index < file.CommandCount(); ++index) {
-        reader.Read(file.CommandAt(index));
+    AddedCommands added(container);
+    KPL_LogMacros::HeldMessages messages;
+    CommandReader reader(config, container);
+    std::exception_ptr refusal;
+    ZentuParFileCommands::read(path, [&](const ZentuParFileCommands::Command& command) {
+        if (refusal) {
+            return;
+        }
+        try {
+            reader.Read(command);
+        } catch (...) {
+            refusal = std::current_exception();
+        }
+    });
+    added.Keep();
+    messages.Deliver();
+    if (refusal) {
+        std::rethrow_exception(refusal);
     }
 }
 
