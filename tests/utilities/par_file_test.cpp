@@ -9,6 +9,7 @@
 #include <random>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "KPL_Failure.h"
 #include "ZentuFileUtil.h"
@@ -88,6 +89,24 @@ TEST_F(ParFileTest, SplitsCommandsAndItemsInFileOrderOrRefusesTheFile) {
         Write(zentu_test::Bytes(c.fields[0]));
         EXPECT_EQ(FailureOf(path_), ShownPath() + c.fields[1]) << c.where;
     }
+}
+
+// A reader that builds as it reads gets each command, with its id name, once its END_ is read,
+// and those before a malformed line before the failure that ZentuParFile ends in.
+TEST_F(ParFileTest, HandsCommandsOverOneByOneUpToTheFirstBadLine) {
+    Write("A\n  x = 1\n  id_name = a1\n  ID_NAME = a2\nEND_\nB\nEND_\nC\n  y = 2\nEND_\nEND_\n");
+    std::vector<std::string> handed;
+    try {
+        ZentuParFileCommands::read(path_, [&handed](const ZentuParFileCommands::Command& command) {
+            handed.push_back(std::to_string(command.line) + ":" + std::string(command.keyword) +
+                             "[" + std::string(command.idName) + "]" +
+                             std::to_string(command.items.size()));
+        });
+        ADD_FAILURE() << "read a stray END_";
+    } catch (const KPL_Failure& failure) {
+        EXPECT_EQ(failure.GetMessage(), FailureOf(path_));
+    }
+    EXPECT_EQ(handed, (std::vector<std::string>{"1:A[a1]3", "6:B[]0", "8:C[]1"}));
 }
 
 // Lines are read in chunks, so lines of any length and lines across chunk ends read whole.
