@@ -93,6 +93,38 @@ void BM_CheckJob(benchmark::State& state) {
     ZentuBenchSupport::report_per_unit(state, command_count(state), "per_command");
 }
 
+// The document's whole reading against Parse with the same schema, side by side in every
+// iteration, in processor time: x_parse is the reading against Parse, and x_checks the checks
+// that the reading runs, timed once more on what it read, so that x_parse less x_checks is the
+// reading without them. The time shown is the reading's.
+void BM_ReadTypedJobAgainstParse(benchmark::State& state) {
+    silence_warnings();
+    const std::filesystem::path path = JobFiles::Instance().BuiltinJob(command_count(state));
+    const ZentuParFileAdapter adapter(path.wstring(), Schema().BuildConfig(ZentuCompletion::FULL));
+    double parseSeconds = 0.0;
+    double readSeconds = 0.0;
+    double checkSeconds = 0.0;
+    for (auto _ : state) {
+        {
+            const ZentuBoundRules::Scope rules(Schema().BoundRules());
+            ZentuCmdContainer container;
+            parseSeconds += ZentuBenchSupport::seconds_of([&] { adapter.Parse(container); });
+        }
+        std::optional<ZentuTypedJob> job;
+        const double read = ZentuBenchSupport::seconds_of([&] {
+            job.emplace(ZentuTypedJob::ReadFile(path.string(), Schema(), ZentuCompletion::FULL));
+        });
+        state.SetIterationTime(read);
+        readSeconds += read;
+        checkSeconds += ZentuBenchSupport::seconds_of([&] {
+            std::vector<ZentuFinding> findings;
+            ZentuJobChecks::run_all(*job, Schema(), findings);
+        });
+    }
+    state.counters["x_parse"] = readSeconds / parseSeconds;
+    state.counters["x_checks"] = checkSeconds / parseSeconds;
+}
+
 // Reads the job as a front end does and runs a step on what it read, in every iteration; reports
 // the reading and the step together against the reading alone, in processor time, as x_reading.
 // The time shown is the reading's and the step's.
@@ -145,6 +177,7 @@ BENCHMARK(BM_ReadTypedJob)->Apply(job_sizes);
 BENCHMARK(BM_ReadTypedJobWithFindings)->Apply(job_sizes);
 BENCHMARK(BM_ReadParFileWithSchema)->Apply(job_sizes);
 BENCHMARK(BM_CheckJob)->Apply(job_sizes);
+BENCHMARK(BM_ReadTypedJobAgainstParse)->Apply(job_sizes)->UseManualTime();
 BENCHMARK(BM_DumpAgainstReading)->Apply(job_sizes)->UseManualTime();
 BENCHMARK(BM_FormatAgainstReading)->Apply(job_sizes)->UseManualTime();
 
