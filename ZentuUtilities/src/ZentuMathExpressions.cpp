@@ -1,5 +1,6 @@
 #include "ZentuMathExpressions.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -36,7 +37,7 @@ struct DefaultKind {
     char symbol;
     TokenClass defaultClass;
     int precedence;
-    double (*apply)(double left, double right);
+    Arithmetic apply;
 };
 
 // Folds ASCII letters only, so that bytes of other encodings compare exactly.
@@ -96,12 +97,15 @@ Iterator MatchNumber(Iterator begin, Iterator end) {
     return p;
 }
 
-// A matcher for a one-character symbol.
-Matcher SymbolMatcher(char symbol) {
-    return [symbol](Iterator begin, Iterator end) {
+// The matcher of a one-character symbol, a type of its own so that the tokenizer recognises it in
+// a setup and compares the byte itself instead of calling through the matcher.
+struct SymbolMatch {
+    char symbol;
+
+    Iterator operator()(Iterator begin, Iterator end) const {
         return begin != end && *begin == symbol ? begin + 1 : begin;
-    };
-}
+    }
+};
 
 // The number token that holds a value, as evaluations and signs produce it.
 Token NumberToken(double value) {
@@ -109,9 +113,12 @@ Token NumberToken(double value) {
                  build_single_token(NUMBER_TYPE, NUMBER_CLASS)};
 }
 
-// An evaluation that replaces the last two tokens, right operand then left, by their result.
-Evaluation BinaryEvaluation(double (*apply)(double left, double right)) {
-    return [apply](std::vector<Token>& operands) {
+// An evaluation that replaces the last two tokens, right operand then left, by their result; a
+// type of its own so that default_arithmetic recognises it.
+struct BinaryEvaluation {
+    Arithmetic apply;
+
+    void operator()(std::vector<Token>& operands) const {
         if (operands.size() < 2) {
             return;
         }
@@ -119,8 +126,8 @@ Evaluation BinaryEvaluation(double (*apply)(double left, double right)) {
         const double right = operands[operands.size() - 2].value;
         operands.pop_back();
         operands.back() = NumberToken(apply(left, right));
-    };
-}
+    }
+};
 
 // The default kinds, indexed by TokenType.
 constexpr std::array<DefaultKind, 8> DEFAULT_KINDS = {{
@@ -136,7 +143,7 @@ constexpr std::array<DefaultKind, 8> DEFAULT_KINDS = {{
 
 // Numbers have no symbol; every other default kind is its one character.
 Matcher MatcherOf(const DefaultKind& kind) {
-    return kind.symbol == '\0' ? Matcher(MatchNumber) : SymbolMatcher(kind.symbol);
+    return kind.symbol == '\0' ? Matcher(MatchNumber) : Matcher(SymbolMatch{kind.symbol});
 }
 
 // The number that the whole text reads as, or 0.0, so that references carry no stray value.
@@ -144,6 +151,30 @@ double ValueOf(const std::string& text) {
     const char* end = nullptr;
     const double value = ZentuFormatUtil::str_to_double(text.c_str(), &end);
     return !text.empty() && end == text.c_str() + text.size() ? value : 0.0;
+}
+
+// How the tokenizer finds the tokens of a description: those of a default kind by their bytes,
+// without a call through the matcher, and any other through its matcher.
+struct Finder {
+    enum class Way : unsigned char { MATCHER, NUMBER, SYMBOL };
+    Way way = Way::MATCHER;
+    char symbol = '\0';
+};
+
+// Setups longer than this find the tokens of their later descriptions through the matchers.
+constexpr std::size_t RECOGNISED_DESCRIPTIONS = 16;
+
+// Recognises a default kind by the type of its matcher, whatever class the caller gave it.
+Finder FinderOf(const TokenDescription& description) {
+    const Matcher& matcher = description.GetMatcher();
+    if (const auto* symbol = matcher.target<SymbolMatch>()) {
+        return Finder{Finder::Way::SYMBOL, symbol->symbol};
+    }
+    const auto* function = matcher.target<Iterator (*)(Iterator, Iterator)>();
+    if (function != nullptr && *function == &MatchNumber) {
+        return Finder{Finder::Way::NUMBER, '\0'};
+    }
+    return Finder{};
 }
 
 // How the grammar treats tokens of a description.
@@ -166,6 +197,10 @@ class PostfixReader {
                   std::vector<Token>& output)
         : text_(text), setup_(setup), output_(output) {
         output_.clear();
+        finderCount_ = std::min(setup_.size(), finders_.size());
+        for (std::size_t k = 0; k < finderCount_; ++k) {
+            finders_[k] = FinderOf(setup_[k]);
+        }
     }
 
     // Reads the whole text; the reader is used once.
@@ -195,17 +230,33 @@ class PostfixReader {
     // Reads the token at position and returns the position after it.
     std::size_t ReadToken(std::size_t position) {
         const Iterator begin = text_.begin() + static_cast<std::ptrdiff_t>(position);
-        for (const TokenDescription& description : setup_) {
-            const Iterator tokenEnd = Advance(description, begin);
+        for (std::size_t k = 0; k < setup_.size(); ++k) {
+            const Finder finder = k < finderCount_ ? finders_[k] : Finder{};
+            const Iterator tokenEnd = Find(finder, setup_[k], begin);
             if (tokenEnd != begin) {
                 std::string tokenText(begin, tokenEnd);
-                const double value = ValueOf(tokenText);
-                Accept(Token{std::move(tokenText), value, description}, position);
+                // No symbol of the default kinds reads as a number.
+                const double value = finder.way == Finder::Way::SYMBOL ? 0.0 : ValueOf(tokenText);
+                Accept(Token{std::move(tokenText), value, setup_[k]}, position);
                 return static_cast<std::size_t>(tokenEnd - text_.begin());
             }
         }
         Fail(Messages::MATH_EXPRESSION_UNKNOWN_CHARACTER, text_[position], position + 1,
              text_.c_str());
+    }
+
+    // Where the description's token at begin, which is inside the text, ends, or begin when it
+    // does not match.
+    Iterator Find(const Finder& finder, const TokenDescription& description, Iterator begin) const {
+        switch (finder.way) {
+            case Finder::Way::NUMBER:
+                return MatchNumber(begin, text_.end());
+            case Finder::Way::SYMBOL:
+                return *begin == finder.symbol ? begin + 1 : begin;
+            case Finder::Way::MATCHER:
+                break;
+        }
+        return Advance(description, begin);
     }
 
     // Where the description's token ends, or begin when it does not match or its matcher
@@ -325,6 +376,8 @@ class PostfixReader {
     std::vector<Token>& output_;
     std::vector<Pending> pending_;
     Previous previous_ = Previous::NOTHING;
+    std::array<Finder, RECOGNISED_DESCRIPTIONS> finders_;
+    std::size_t finderCount_ = 0;
 };
 
 }  // namespace
@@ -413,8 +466,13 @@ TokenDescription build_single_token(TokenType type, TokenClass tokenClass) {
     if (kind.apply == nullptr) {
         return TokenDescription(tokenClass, MatcherOf(kind));
     }
-    return TokenDescription(tokenClass, MatcherOf(kind), BinaryEvaluation(kind.apply),
+    return TokenDescription(tokenClass, MatcherOf(kind), BinaryEvaluation{kind.apply},
                             kind.precedence);
+}
+
+Arithmetic default_arithmetic(const TokenDescription& description) {
+    const auto* evaluation = description.GetEvaluation().target<BinaryEvaluation>();
+    return evaluation == nullptr ? nullptr : evaluation->apply;
 }
 
 }  // namespace ZentuMathExpressions
