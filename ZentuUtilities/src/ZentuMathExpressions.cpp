@@ -213,10 +213,12 @@ class PostfixReader {
     }
 
   private:
-    // An operator or an opening parenthesis waiting for its right side, and where it stands.
-    struct Pending {
-        Token token;
-        std::size_t position;
+    // A token found in the text, made into a Token only when it goes out, so that parentheses
+    // and waiting operators cost no text and no copy of their description.
+    struct Found {
+        std::size_t description;
+        std::size_t begin;
+        std::size_t end;
     };
 
     // The first position at or after position that is not a blank.
@@ -231,14 +233,11 @@ class PostfixReader {
     std::size_t ReadToken(std::size_t position) {
         const Iterator begin = text_.begin() + static_cast<std::ptrdiff_t>(position);
         for (std::size_t k = 0; k < setup_.size(); ++k) {
-            const Finder finder = k < finderCount_ ? finders_[k] : Finder{};
-            const Iterator tokenEnd = Find(finder, setup_[k], begin);
+            const Iterator tokenEnd = Find(FinderAt(k), setup_[k], begin);
             if (tokenEnd != begin) {
-                std::string tokenText(begin, tokenEnd);
-                // No symbol of the default kinds reads as a number.
-                const double value = finder.way == Finder::Way::SYMBOL ? 0.0 : ValueOf(tokenText);
-                Accept(Token{std::move(tokenText), value, setup_[k]}, position);
-                return static_cast<std::size_t>(tokenEnd - text_.begin());
+                const auto end = static_cast<std::size_t>(tokenEnd - text_.begin());
+                Accept(Found{k, position, end});
+                return end;
             }
         }
         Fail(Messages::MATH_EXPRESSION_UNKNOWN_CHARACTER, text_[position], position + 1,
@@ -269,13 +268,33 @@ class PostfixReader {
         return tokenEnd > begin && tokenEnd <= text_.end() ? tokenEnd : begin;
     }
 
+    // The finder of the description at index k of the setup.
+    Finder FinderAt(std::size_t k) const { return k < finderCount_ ? finders_[k] : Finder{}; }
+
+    // The text of a found token.
+    std::string TextOf(const Found& found) const {
+        return text_.substr(found.begin, found.end - found.begin);
+    }
+
+    // The token that was found, as it goes out.
+    Token Build(const Found& found) const {
+        std::string tokenText = TextOf(found);
+        // No symbol of the default kinds reads as a number.
+        const double value =
+            FinderAt(found.description).way == Finder::Way::SYMBOL ? 0.0 : ValueOf(tokenText);
+        return Token{std::move(tokenText), value, setup_[found.description]};
+    }
+
+    // How the grammar treats a found token.
+    Role RoleOfFound(const Found& found) const { return RoleOf(setup_[found.description]); }
+
     // Places a token by the grammar: operands go out at once, operators and parentheses wait.
-    void Accept(Token token, std::size_t position) {
-        const Role role = RoleOf(token.description);
+    void Accept(const Found& found) {
+        const Role role = RoleOfFound(found);
         if (OperandDue()) {
-            AcceptWhereOperandDue(std::move(token), role, position);
+            AcceptWhereOperandDue(found, role);
         } else {
-            AcceptWhereOperatorDue(std::move(token), role, position);
+            AcceptWhereOperatorDue(found, role);
         }
     }
 
@@ -283,55 +302,55 @@ class PostfixReader {
     bool OperandDue() const { return previous_ != Previous::OPERAND; }
 
     // Where an operand is due, a joining operator may still start a group as its sign.
-    void AcceptWhereOperandDue(Token token, Role role, std::size_t position) {
+    void AcceptWhereOperandDue(const Found& found, Role role) {
         if (role == Role::OPERAND) {
-            output_.push_back(std::move(token));
+            output_.push_back(Build(found));
             previous_ = Previous::OPERAND;
         } else if (role == Role::OPENING) {
-            pending_.push_back(Pending{std::move(token), position});
+            pending_.push_back(found);
             previous_ = Previous::OPENING;
-        } else if (IsSign(token, role)) {
+        } else if (IsSign(found, role)) {
             output_.push_back(NumberToken(0.0));
-            PushOperator(std::move(token), position);
+            PushOperator(found);
         } else {
-            Fail(Messages::MATH_EXPRESSION_OPERAND_EXPECTED, token.text.c_str(), position + 1,
+            Fail(Messages::MATH_EXPRESSION_OPERAND_EXPECTED, TextOf(found).c_str(), found.begin + 1,
                  text_.c_str());
         }
     }
 
     // Where an operator is due, only an operator or a closing parenthesis fits.
-    void AcceptWhereOperatorDue(Token token, Role role, std::size_t position) {
+    void AcceptWhereOperatorDue(const Found& found, Role role) {
         if (role == Role::OPERATOR) {
-            PushOperator(std::move(token), position);
+            PushOperator(found);
         } else if (role == Role::CLOSING) {
-            CloseGroup(position);
+            CloseGroup(found.begin);
         } else {
-            Fail(Messages::MATH_EXPRESSION_OPERATOR_EXPECTED, token.text.c_str(), position + 1,
-                 text_.c_str());
+            Fail(Messages::MATH_EXPRESSION_OPERATOR_EXPECTED, TextOf(found).c_str(),
+                 found.begin + 1, text_.c_str());
         }
     }
 
     // Whether an operator stands where a group begins, so that it signs the group's first term.
-    bool IsSign(const Token& token, Role role) const {
-        return role == Role::OPERATOR && token.description.GetClass() == JOINING_CLASS &&
+    bool IsSign(const Found& found, Role role) const {
+        return role == Role::OPERATOR && setup_[found.description].GetClass() == JOINING_CLASS &&
                (previous_ == Previous::NOTHING || previous_ == Previous::OPENING);
     }
 
     // Sends out the waiting operators that bind at least as tight, which makes equal precedences
     // group left to right, and then lets the operator wait.
-    void PushOperator(Token token, std::size_t position) {
-        const int precedence = token.description.GetPrecedence();
-        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR &&
-               pending_.back().token.description.GetPrecedence() >= precedence) {
+    void PushOperator(const Found& found) {
+        const int precedence = setup_[found.description].GetPrecedence();
+        while (!pending_.empty() && RoleOfFound(pending_.back()) == Role::OPERATOR &&
+               setup_[pending_.back().description].GetPrecedence() >= precedence) {
             PopToOutput();
         }
-        pending_.push_back(Pending{std::move(token), position});
+        pending_.push_back(found);
         previous_ = Previous::OPERATOR;
     }
 
     // Sends out the operators of the innermost group and drops its opening parenthesis.
     void CloseGroup(std::size_t position) {
-        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR) {
+        while (!pending_.empty() && RoleOfFound(pending_.back()) == Role::OPERATOR) {
             PopToOutput();
         }
         if (pending_.empty()) {
@@ -343,7 +362,7 @@ class PostfixReader {
 
     // Moves the last waiting operator to the output.
     void PopToOutput() {
-        output_.push_back(std::move(pending_.back().token));
+        output_.push_back(Build(pending_.back()));
         pending_.pop_back();
     }
 
@@ -356,8 +375,8 @@ class PostfixReader {
             Fail(Messages::MATH_EXPRESSION_OPERAND_MISSING_AT_END, text_.size() + 1, text_.c_str());
         }
         while (!pending_.empty()) {
-            if (RoleOf(pending_.back().token.description) == Role::OPENING) {
-                Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_CLOSED, pending_.back().position + 1,
+            if (RoleOfFound(pending_.back()) == Role::OPENING) {
+                Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_CLOSED, pending_.back().begin + 1,
                      text_.c_str());
             }
             PopToOutput();
@@ -374,7 +393,8 @@ class PostfixReader {
     const std::string& text_;
     const std::vector<TokenDescription>& setup_;
     std::vector<Token>& output_;
-    std::vector<Pending> pending_;
+    // The operators and opening parentheses that wait for their right side.
+    std::vector<Found> pending_;
     Previous previous_ = Previous::NOTHING;
     std::array<Finder, RECOGNISED_DESCRIPTIONS> finders_;
     std::size_t finderCount_ = 0;
