@@ -146,11 +146,23 @@ Matcher MatcherOf(const DefaultKind& kind) {
     return kind.symbol == '\0' ? Matcher(MatchNumber) : Matcher(SymbolMatch{kind.symbol});
 }
 
-// The number that the whole text reads as, or 0.0, so that references carry no stray value.
+// Whether a text that starts with the byte may read as a number: one starts after blanks and a
+// sign with a digit, a point, or the first letter of "inf" or "nan".
+bool MayStartNumber(char c) {
+    const char folded = FoldCase(c);
+    return (c >= '0' && c <= '9') || c == '.' || c == '+' || c == '-' || folded == 'i' ||
+           folded == 'n' || ZentuUtilitiesTexts::IsBlankCharacter(c);
+}
+
+// The number that the whole text reads as, or 0.0, so that references carry no stray value; a
+// text that cannot start a number, such as a reference between '%', is not converted at all.
 double ValueOf(const std::string& text) {
+    if (text.empty() || !MayStartNumber(text.front())) {
+        return 0.0;
+    }
     const char* end = nullptr;
     const double value = ZentuFormatUtil::str_to_double(text.c_str(), &end);
-    return !text.empty() && end == text.c_str() + text.size() ? value : 0.0;
+    return end == text.c_str() + text.size() ? value : 0.0;
 }
 
 // How the tokenizer finds the tokens of a description: those of a default kind by their bytes,
