@@ -94,12 +94,12 @@ class Parser {
                 value.end = next.end;
                 continue;
             }
-            value = Multiply(std::move(value), next);
+            value = Multiply(std::move(value), std::move(next));
         }
         return value;
     }
 
-    Linear Multiply(Linear left, const Linear& right) {
+    Linear Multiply(Linear left, Linear right) {
         if (left.HasTerms() && right.HasTerms()) {
             reading_.unsupported.push_back({left.begin, right.end, "a product of two references"});
         }
@@ -109,7 +109,7 @@ class Parser {
             left.end = right.end;
             return left;
         }
-        Linear product = right;
+        Linear product = std::move(right);
         scale_by(product, left.HasTerms() ? 1.0 : left.constant);
         product.begin = begin;
         return product;
