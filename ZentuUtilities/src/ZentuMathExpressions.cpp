@@ -173,6 +173,10 @@ struct Finder {
     char symbol = '\0';
 };
 
+// Room for the operators and parentheses that wait at once in most expressions, taken in one
+// allocation instead of growing to it.
+constexpr std::size_t PENDING_ROOM = 8;
+
 // Setups longer than this find the tokens of their later descriptions through the matchers.
 constexpr std::size_t RECOGNISED_DESCRIPTIONS = 16;
 
@@ -209,6 +213,7 @@ class PostfixReader {
                   std::vector<Token>& output)
         : text_(text), setup_(setup), output_(output) {
         output_.clear();
+        pending_.reserve(PENDING_ROOM);
         finderCount_ = std::min(setup_.size(), finders_.size());
         for (std::size_t k = 0; k < finderCount_; ++k) {
             finders_[k] = FinderOf(setup_[k]);
