@@ -51,6 +51,10 @@ using Matcher = std::function<std::string::const_iterator(std::string::const_ite
 // of the last token; a vector of fewer than two tokens is left as it is.
 using Evaluation = std::function<void(std::vector<Token>&)>;
 
+// The arithmetic of a default operator: the value that its evaluation leaves for the operands
+// (right, left) in pop order is apply(left, right).
+using Arithmetic = double (*)(double left, double right);
+
 // One kind of token: how to find it in a text, and, for operators, how to apply it.
 class ZENTU_UTILITIES_API TokenDescription {
   public:
@@ -143,5 +147,9 @@ ZENTU_UTILITIES_API void create_expression(const std::string& text,
 // The default description of the given type under the given class, so (0, 1) is the number kind;
 // throws KPL_Failure for a type outside NUMBER_TYPE to CLOSING_PARENTHESIS_TYPE.
 ZENTU_UTILITIES_API TokenDescription build_single_token(TokenType type, TokenClass tokenClass);
+
+// The arithmetic of the description's evaluation when it is a default operator's, else null, so
+// that a caller that wants the value alone need not build number tokens for the evaluation.
+ZENTU_UTILITIES_API Arithmetic default_arithmetic(const TokenDescription& description);
 
 }  // namespace ZentuMathExpressions

@@ -1,5 +1,6 @@
 #include "ZentuMathExpressions.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -36,7 +37,7 @@ struct DefaultKind {
     char symbol;
     TokenClass defaultClass;
     int precedence;
-    double (*apply)(double left, double right);
+    Arithmetic apply;
 };
 
 // Folds ASCII letters only, so that bytes of other encodings compare exactly.
@@ -96,12 +97,15 @@ Iterator MatchNumber(Iterator begin, Iterator end) {
     return p;
 }
 
-// A matcher for a one-character symbol.
-Matcher SymbolMatcher(char symbol) {
-    return [symbol](Iterator begin, Iterator end) {
+// The matcher of a one-character symbol, a type of its own so that the tokenizer recognises it in
+// a setup and compares the byte itself instead of calling through the matcher.
+struct SymbolMatch {
+    char symbol;
+
+    Iterator operator()(Iterator begin, Iterator end) const {
         return begin != end && *begin == symbol ? begin + 1 : begin;
-    };
-}
+    }
+};
 
 // The number token that holds a value, as evaluations and signs produce it.
 Token NumberToken(double value) {
@@ -109,9 +113,12 @@ Token NumberToken(double value) {
                  build_single_token(NUMBER_TYPE, NUMBER_CLASS)};
 }
 
-// An evaluation that replaces the last two tokens, right operand then left, by their result.
-Evaluation BinaryEvaluation(double (*apply)(double left, double right)) {
-    return [apply](std::vector<Token>& operands) {
+// An evaluation that replaces the last two tokens, right operand then left, by their result; a
+// type of its own so that default_arithmetic recognises it.
+struct BinaryEvaluation {
+    Arithmetic apply;
+
+    void operator()(std::vector<Token>& operands) const {
         if (operands.size() < 2) {
             return;
         }
@@ -119,8 +126,8 @@ Evaluation BinaryEvaluation(double (*apply)(double left, double right)) {
         const double right = operands[operands.size() - 2].value;
         operands.pop_back();
         operands.back() = NumberToken(apply(left, right));
-    };
-}
+    }
+};
 
 // The default kinds, indexed by TokenType.
 constexpr std::array<DefaultKind, 8> DEFAULT_KINDS = {{
@@ -136,14 +143,54 @@ constexpr std::array<DefaultKind, 8> DEFAULT_KINDS = {{
 
 // Numbers have no symbol; every other default kind is its one character.
 Matcher MatcherOf(const DefaultKind& kind) {
-    return kind.symbol == '\0' ? Matcher(MatchNumber) : SymbolMatcher(kind.symbol);
+    return kind.symbol == '\0' ? Matcher(MatchNumber) : Matcher(SymbolMatch{kind.symbol});
 }
 
-// The number that the whole text reads as, or 0.0, so that references carry no stray value.
+// Whether a text that starts with the byte may read as a number: one starts after blanks and a
+// sign with a digit, a point, or the first letter of "inf" or "nan".
+bool MayStartNumber(char c) {
+    const char folded = FoldCase(c);
+    return (c >= '0' && c <= '9') || c == '.' || c == '+' || c == '-' || folded == 'i' ||
+           folded == 'n' || ZentuUtilitiesTexts::IsBlankCharacter(c);
+}
+
+// The number that the whole text reads as, or 0.0, so that references carry no stray value; a
+// text that cannot start a number, such as a reference between '%', is not converted at all.
 double ValueOf(const std::string& text) {
+    if (text.empty() || !MayStartNumber(text.front())) {
+        return 0.0;
+    }
     const char* end = nullptr;
     const double value = ZentuFormatUtil::str_to_double(text.c_str(), &end);
-    return !text.empty() && end == text.c_str() + text.size() ? value : 0.0;
+    return end == text.c_str() + text.size() ? value : 0.0;
+}
+
+// How the tokenizer finds the tokens of a description: those of a default kind by their bytes,
+// without a call through the matcher, and any other through its matcher.
+struct Finder {
+    enum class Way : unsigned char { MATCHER, NUMBER, SYMBOL };
+    Way way = Way::MATCHER;
+    char symbol = '\0';
+};
+
+// Room for the operators and parentheses that wait at once in most expressions, taken in one
+// allocation instead of growing to it.
+constexpr std::size_t PENDING_ROOM = 8;
+
+// Setups longer than this find the tokens of their later descriptions through the matchers.
+constexpr std::size_t RECOGNISED_DESCRIPTIONS = 16;
+
+// Recognises a default kind by the type of its matcher, whatever class the caller gave it.
+Finder FinderOf(const TokenDescription& description) {
+    const Matcher& matcher = description.GetMatcher();
+    if (const auto* symbol = matcher.target<SymbolMatch>()) {
+        return Finder{Finder::Way::SYMBOL, symbol->symbol};
+    }
+    const auto* function = matcher.target<Iterator (*)(Iterator, Iterator)>();
+    if (function != nullptr && *function == &MatchNumber) {
+        return Finder{Finder::Way::NUMBER, '\0'};
+    }
+    return Finder{};
 }
 
 // How the grammar treats tokens of a description.
@@ -166,6 +213,11 @@ class PostfixReader {
                   std::vector<Token>& output)
         : text_(text), setup_(setup), output_(output) {
         output_.clear();
+        pending_.reserve(PENDING_ROOM);
+        finderCount_ = std::min(setup_.size(), finders_.size());
+        for (std::size_t k = 0; k < finderCount_; ++k) {
+            finders_[k] = FinderOf(setup_[k]);
+        }
     }
 
     // Reads the whole text; the reader is used once.
@@ -178,10 +230,12 @@ class PostfixReader {
     }
 
   private:
-    // An operator or an opening parenthesis waiting for its right side, and where it stands.
-    struct Pending {
-        Token token;
-        std::size_t position;
+    // A token found in the text, made into a Token only when it goes out, so that parentheses
+    // and waiting operators cost no text and no copy of their description.
+    struct Found {
+        std::size_t description;
+        std::size_t begin;
+        std::size_t end;
     };
 
     // The first position at or after position that is not a blank.
@@ -195,17 +249,30 @@ class PostfixReader {
     // Reads the token at position and returns the position after it.
     std::size_t ReadToken(std::size_t position) {
         const Iterator begin = text_.begin() + static_cast<std::ptrdiff_t>(position);
-        for (const TokenDescription& description : setup_) {
-            const Iterator tokenEnd = Advance(description, begin);
+        for (std::size_t k = 0; k < setup_.size(); ++k) {
+            const Iterator tokenEnd = Find(FinderAt(k), setup_[k], begin);
             if (tokenEnd != begin) {
-                std::string tokenText(begin, tokenEnd);
-                const double value = ValueOf(tokenText);
-                Accept(Token{std::move(tokenText), value, description}, position);
-                return static_cast<std::size_t>(tokenEnd - text_.begin());
+                const auto end = static_cast<std::size_t>(tokenEnd - text_.begin());
+                Accept(Found{k, position, end});
+                return end;
             }
         }
         Fail(Messages::MATH_EXPRESSION_UNKNOWN_CHARACTER, text_[position], position + 1,
              text_.c_str());
+    }
+
+    // Where the description's token at begin, which is inside the text, ends, or begin when it
+    // does not match.
+    Iterator Find(const Finder& finder, const TokenDescription& description, Iterator begin) const {
+        switch (finder.way) {
+            case Finder::Way::NUMBER:
+                return MatchNumber(begin, text_.end());
+            case Finder::Way::SYMBOL:
+                return *begin == finder.symbol ? begin + 1 : begin;
+            case Finder::Way::MATCHER:
+                break;
+        }
+        return Advance(description, begin);
     }
 
     // Where the description's token ends, or begin when it does not match or its matcher
@@ -218,13 +285,33 @@ class PostfixReader {
         return tokenEnd > begin && tokenEnd <= text_.end() ? tokenEnd : begin;
     }
 
+    // The finder of the description at index k of the setup.
+    Finder FinderAt(std::size_t k) const { return k < finderCount_ ? finders_[k] : Finder{}; }
+
+    // The text of a found token.
+    std::string TextOf(const Found& found) const {
+        return text_.substr(found.begin, found.end - found.begin);
+    }
+
+    // The token that was found, as it goes out.
+    Token Build(const Found& found) const {
+        std::string tokenText = TextOf(found);
+        // No symbol of the default kinds reads as a number.
+        const double value =
+            FinderAt(found.description).way == Finder::Way::SYMBOL ? 0.0 : ValueOf(tokenText);
+        return Token{std::move(tokenText), value, setup_[found.description]};
+    }
+
+    // How the grammar treats a found token.
+    Role RoleOfFound(const Found& found) const { return RoleOf(setup_[found.description]); }
+
     // Places a token by the grammar: operands go out at once, operators and parentheses wait.
-    void Accept(Token token, std::size_t position) {
-        const Role role = RoleOf(token.description);
+    void Accept(const Found& found) {
+        const Role role = RoleOfFound(found);
         if (OperandDue()) {
-            AcceptWhereOperandDue(std::move(token), role, position);
+            AcceptWhereOperandDue(found, role);
         } else {
-            AcceptWhereOperatorDue(std::move(token), role, position);
+            AcceptWhereOperatorDue(found, role);
         }
     }
 
@@ -232,55 +319,55 @@ class PostfixReader {
     bool OperandDue() const { return previous_ != Previous::OPERAND; }
 
     // Where an operand is due, a joining operator may still start a group as its sign.
-    void AcceptWhereOperandDue(Token token, Role role, std::size_t position) {
+    void AcceptWhereOperandDue(const Found& found, Role role) {
         if (role == Role::OPERAND) {
-            output_.push_back(std::move(token));
+            output_.push_back(Build(found));
             previous_ = Previous::OPERAND;
         } else if (role == Role::OPENING) {
-            pending_.push_back(Pending{std::move(token), position});
+            pending_.push_back(found);
             previous_ = Previous::OPENING;
-        } else if (IsSign(token, role)) {
+        } else if (IsSign(found, role)) {
             output_.push_back(NumberToken(0.0));
-            PushOperator(std::move(token), position);
+            PushOperator(found);
         } else {
-            Fail(Messages::MATH_EXPRESSION_OPERAND_EXPECTED, token.text.c_str(), position + 1,
+            Fail(Messages::MATH_EXPRESSION_OPERAND_EXPECTED, TextOf(found).c_str(), found.begin + 1,
                  text_.c_str());
         }
     }
 
     // Where an operator is due, only an operator or a closing parenthesis fits.
-    void AcceptWhereOperatorDue(Token token, Role role, std::size_t position) {
+    void AcceptWhereOperatorDue(const Found& found, Role role) {
         if (role == Role::OPERATOR) {
-            PushOperator(std::move(token), position);
+            PushOperator(found);
         } else if (role == Role::CLOSING) {
-            CloseGroup(position);
+            CloseGroup(found.begin);
         } else {
-            Fail(Messages::MATH_EXPRESSION_OPERATOR_EXPECTED, token.text.c_str(), position + 1,
-                 text_.c_str());
+            Fail(Messages::MATH_EXPRESSION_OPERATOR_EXPECTED, TextOf(found).c_str(),
+                 found.begin + 1, text_.c_str());
         }
     }
 
     // Whether an operator stands where a group begins, so that it signs the group's first term.
-    bool IsSign(const Token& token, Role role) const {
-        return role == Role::OPERATOR && token.description.GetClass() == JOINING_CLASS &&
+    bool IsSign(const Found& found, Role role) const {
+        return role == Role::OPERATOR && setup_[found.description].GetClass() == JOINING_CLASS &&
                (previous_ == Previous::NOTHING || previous_ == Previous::OPENING);
     }
 
     // Sends out the waiting operators that bind at least as tight, which makes equal precedences
     // group left to right, and then lets the operator wait.
-    void PushOperator(Token token, std::size_t position) {
-        const int precedence = token.description.GetPrecedence();
-        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR &&
-               pending_.back().token.description.GetPrecedence() >= precedence) {
+    void PushOperator(const Found& found) {
+        const int precedence = setup_[found.description].GetPrecedence();
+        while (!pending_.empty() && RoleOfFound(pending_.back()) == Role::OPERATOR &&
+               setup_[pending_.back().description].GetPrecedence() >= precedence) {
             PopToOutput();
         }
-        pending_.push_back(Pending{std::move(token), position});
+        pending_.push_back(found);
         previous_ = Previous::OPERATOR;
     }
 
     // Sends out the operators of the innermost group and drops its opening parenthesis.
     void CloseGroup(std::size_t position) {
-        while (!pending_.empty() && RoleOf(pending_.back().token.description) == Role::OPERATOR) {
+        while (!pending_.empty() && RoleOfFound(pending_.back()) == Role::OPERATOR) {
             PopToOutput();
         }
         if (pending_.empty()) {
@@ -292,7 +379,7 @@ class PostfixReader {
 
     // Moves the last waiting operator to the output.
     void PopToOutput() {
-        output_.push_back(std::move(pending_.back().token));
+        output_.push_back(Build(pending_.back()));
         pending_.pop_back();
     }
 
@@ -305,8 +392,8 @@ class PostfixReader {
             Fail(Messages::MATH_EXPRESSION_OPERAND_MISSING_AT_END, text_.size() + 1, text_.c_str());
         }
         while (!pending_.empty()) {
-            if (RoleOf(pending_.back().token.description) == Role::OPENING) {
-                Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_CLOSED, pending_.back().position + 1,
+            if (RoleOfFound(pending_.back()) == Role::OPENING) {
+                Fail(Messages::MATH_EXPRESSION_PARENTHESIS_NOT_CLOSED, pending_.back().begin + 1,
                      text_.c_str());
             }
             PopToOutput();
@@ -323,8 +410,11 @@ class PostfixReader {
     const std::string& text_;
     const std::vector<TokenDescription>& setup_;
     std::vector<Token>& output_;
-    std::vector<Pending> pending_;
+    // The operators and opening parentheses that wait for their right side.
+    std::vector<Found> pending_;
     Previous previous_ = Previous::NOTHING;
+    std::array<Finder, RECOGNISED_DESCRIPTIONS> finders_;
+    std::size_t finderCount_ = 0;
 };
 
 }  // namespace
@@ -413,8 +503,13 @@ TokenDescription build_single_token(TokenType type, TokenClass tokenClass) {
     if (kind.apply == nullptr) {
         return TokenDescription(tokenClass, MatcherOf(kind));
     }
-    return TokenDescription(tokenClass, MatcherOf(kind), BinaryEvaluation(kind.apply),
+    return TokenDescription(tokenClass, MatcherOf(kind), BinaryEvaluation{kind.apply},
                             kind.precedence);
+}
+
+Arithmetic default_arithmetic(const TokenDescription& description) {
+    const auto* evaluation = description.GetEvaluation().target<BinaryEvaluation>();
+    return evaluation == nullptr ? nullptr : evaluation->apply;
 }
 
 }  // namespace ZentuMathExpressions

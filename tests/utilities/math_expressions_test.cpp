@@ -89,6 +89,8 @@ TEST(MathExpressionsTest, TextsReadToPostfixTokensWithTheirClassOrFailNamingTheP
               "12(1)=12 2.5(1)=2.5 .5(1)=0.5 *(2)=0 +(3)=0 2.(1)=2 1e3(1)=1000 ^(6)=0 "
               "1.5E-3(1)=0.0015 /(5)=0 -(3)=0 7e+2(1)=700 %a%(4)=0 *(2)=0 +(3)=0 %Ab%(4)=0 +(3)=0");
     EXPECT_EQ(Postfix("1e3+1", {"1E3"}, true), "1e3(4)=1000 1(1)=1 +(3)=0");
+    EXPECT_EQ(Postfix("inf-nan*-1+.5*+2", {"INF", "NAN", "-1", ".5", "+2"}, true),
+              "inf(4)=inf nan(4)=nan -1(4)=-1 *(2)=0 -(3)=0 .5(4)=0.5 +2(4)=2 *(2)=0 +(3)=0");
     for (const auto& c : zentu_test::DataCases("utilities/cases/expression_failures.txt", 2)) {
         EXPECT_EQ(FailureOf([&c] { Read(c.fields[0], {"%A%"}); }), c.fields[1]) << c.where;
     }

@@ -115,14 +115,28 @@ struct Reduction {
     PendingTerms terms;
     // The operands that a join is evaluated on, kept so that every join reuses their room.
     std::vector<Token> operands;
+    // The identifier of the term looked up last, whose room the next lookup reuses.
+    std::string identifier;
 };
 
 ZentuMathExpressions::Matcher never_matches() {
     return [](std::string::const_iterator begin, std::string::const_iterator) { return begin; };
 }
 
+// The description of every marker, built once, as each marker carries a copy of it.
+const TokenDescription& marker_description() {
+    static const TokenDescription description(PRODUCT_CLASS, never_matches());
+    return description;
+}
+
+// The description of the reference to a generated command, built once for the same reason.
+const TokenDescription& generated_reference_description() {
+    static const TokenDescription description(REFERENCE_CLASS, never_matches());
+    return description;
+}
+
 Token make_marker(int counter) {
-    Token marker{MARKER_TEXT, 0.0, TokenDescription(PRODUCT_CLASS, never_matches())};
+    Token marker{MARKER_TEXT, 0.0, marker_description()};
     marker.description.SetCounter(counter);
     return marker;
 }
@@ -143,8 +157,14 @@ void add_to_counter(Token& token, int amount) {
     token.description.SetCounter(token.description.GetCounter() + amount);
 }
 
-// The coefficient with which a term enters a join: the operator applied to (x, 0).
+// The coefficient with which a term enters a join: the operator applied to (x, 0). A default
+// operator's arithmetic gives the value that its evaluation would leave without the number tokens
+// that the evaluation reads and writes as text.
 double evaluate_weight(double x, const Token& joining, std::vector<Token>& operands) {
+    if (const ZentuMathExpressions::Arithmetic arithmetic =
+            ZentuMathExpressions::default_arithmetic(joining.description)) {
+        return arithmetic(0.0, x);
+    }
     static const TokenDescription number =
         ZentuMathExpressions::build_single_token(0, NUMBER_CLASS);
     operands.clear();
@@ -164,20 +184,21 @@ std::string build_combine_name(const PendingTerms& terms) {
     return name + "_";
 }
 
-std::string strip_reference_delimiters(const std::string& text) {
+std::string_view strip_reference_delimiters(std::string_view text) {
     if (text.empty() || text.front() != '%' || text.back() != '%') {
         return text;
     }
-    return text.size() < 2 ? std::string() : text.substr(1, text.size() - 2);
+    return text.size() < 2 ? std::string_view() : text.substr(1, text.size() - 2);
 }
 
-void add_combine_items(const PendingTerms& terms, const ZentuCmdItemDefs::KeywordMap& keywords,
-                       const CommandIndex& index, ZentuCmd& command) {
-    command.AddAutoItem(CmdItem::TYPE, "TYPE", MARKER_TEXT, keywords);
+// Adds the terms to the command; each term's identifier is upper-cased into the reduction's
+// buffer, which keeps its room from one lookup to the next.
+void add_combine_items(const PendingTerms& terms, Reduction& reduction, ZentuCmd& command) {
+    command.AddAutoItem(CmdItem::TYPE, "TYPE", MARKER_TEXT, reduction.keywords);
+    std::string& identifier = reduction.identifier;
     for (std::size_t k = 0; k < terms.weights.size(); ++k) {
-        const std::string identifier =
-            ZentuStringUtil::to_upper(strip_reference_delimiters(terms.names[k]));
-        if (const ZentuCmd* target = index.Find(identifier)) {
+        ZentuStringUtil::to_upper_into(strip_reference_delimiters(terms.names[k]), identifier);
+        if (const ZentuCmd* target = reduction.index.Find(identifier)) {
             command.AddItem(CmdItem::DV, "VARIABLE", *target);
             command.AddItem(CmdItem::OBJ_FUNC,
                             std::make_unique<ZentuCmdScalarItem>("WEIGHT", terms.weights[k]));
@@ -203,9 +224,9 @@ void close_group(Token& marker, Reduction& reduction) {
     if (reduction.index.Find(identifier) == nullptr) {
         ZentuCmd& generated = reduction.container.CreateCommand(Cmd::OPERATOR, "OPERATOR", name);
         reduction.index.AddOperator(identifier, generated);
-        add_combine_items(group, reduction.keywords, reduction.index, generated);
+        add_combine_items(group, reduction, generated);
     }
-    marker = Token{name, 0.0, TokenDescription(REFERENCE_CLASS, never_matches())};
+    marker = Token{name, 0.0, generated_reference_description()};
 }
 
 void push_product(double factor, std::string reference, Reduction& reduction) {
@@ -296,7 +317,7 @@ void reduce_expression(std::vector<Token>& tokens, Reduction& reduction, ZentuCm
     }
     if (!reduction.terms.weights.empty() && !reduction.stack.empty() &&
         is_marker(reduction.stack.back())) {
-        add_combine_items(reduction.terms, reduction.keywords, reduction.index, command);
+        add_combine_items(reduction.terms, reduction, command);
     }
 }
 
@@ -488,7 +509,7 @@ void dresp_expression_rule(ZentuCmdContainer& container,
         setup_with([&matcher](std::string::const_iterator begin, std::string::const_iterator end) {
             return matcher.Match(begin, end);
         });
-    Reduction reduction{keywords, container, index, {}, {}, {}};
+    Reduction reduction{keywords, container, index, {}, {}, {}, {}};
     std::vector<Token> tokens;
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
@@ -509,7 +530,7 @@ void find_combine_expressions(const std::vector<Token>& tokens,
                               const ZentuCmdItemDefs::KeywordMap& keywords,
                               ZentuCmdContainer& container, ZentuCmd& command) {
     CommandIndex index(container);
-    Reduction reduction{keywords, container, index, {}, {}, {}};
+    Reduction reduction{keywords, container, index, {}, {}, {}, {}};
     std::vector<Token> reduced = tokens;
     reduce_expression(reduced, reduction, command);
 }

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
-#include <unordered_map>
 
 #include "ZentuStringUtil.h"
+#include "checks/ZentuExpressionWeights.h"
 
 namespace ZentuExpressionArithmetic {
 
@@ -14,31 +14,24 @@ namespace {
 // A linear combination with its span in the text: a constant and a weight per reference.
 struct Linear {
     double constant = 0.0;
-    std::vector<std::pair<std::string, double>> terms;
-    // Where each name stands in terms, so that long sums add in constant time.
-    std::unordered_map<std::string, std::size_t> index;
+    ZentuExpressionWeights terms;
     std::size_t begin = 0;
     std::size_t end = 0;
 
-    bool HasTerms() const { return !terms.empty(); }
+    bool HasTerms() const { return !terms.Totals().empty(); }
 };
 
 // Adds the other's terms, scaled, keeping the order of first appearance.
 void add_scaled(Linear& into, const Linear& other, double scale) {
     into.constant += scale * other.constant;
-    for (const auto& [name, weight] : other.terms) {
-        const auto [found, added] = into.index.emplace(name, into.terms.size());
-        if (added) {
-            into.terms.emplace_back(name, scale * weight);
-        } else {
-            into.terms[found->second].second += scale * weight;
-        }
+    for (const auto& [name, weight] : other.terms.Totals()) {
+        into.terms.Add(name, scale * weight);
     }
 }
 
 void scale_by(Linear& value, double factor) {
     value.constant *= factor;
-    for (auto& term : value.terms) {
+    for (auto& term : value.terms.Totals()) {
         term.second *= factor;
     }
 }
@@ -63,7 +56,7 @@ class Parser {
         if (value.constant != 0.0 && !value.HasTerms()) {
             reading_.unsupported.push_back({value.begin, value.end, "a constant term"});
         }
-        reading_.weights = value.terms;
+        reading_.weights = std::move(value.terms.Totals());
         return reading_;
     }
 
@@ -101,12 +94,12 @@ class Parser {
                 value.end = next.end;
                 continue;
             }
-            value = Multiply(std::move(value), next);
+            value = Multiply(std::move(value), std::move(next));
         }
         return value;
     }
 
-    Linear Multiply(Linear left, const Linear& right) {
+    Linear Multiply(Linear left, Linear right) {
         if (left.HasTerms() && right.HasTerms()) {
             reading_.unsupported.push_back({left.begin, right.end, "a product of two references"});
         }
@@ -116,7 +109,7 @@ class Parser {
             left.end = right.end;
             return left;
         }
-        Linear product = right;
+        Linear product = std::move(right);
         scale_by(product, left.HasTerms() ? 1.0 : left.constant);
         product.begin = begin;
         return product;
@@ -170,8 +163,7 @@ class Parser {
             const std::size_t end = close == std::string::npos ? text_.size() : close + 1;
             const std::string name =
                 ZentuStringUtil::to_upper(text_.substr(position_ + 1, end - position_ - 2));
-            value.index.emplace(name, 0);
-            value.terms.emplace_back(name, 1.0);
+            value.terms.Add(name, 1.0);
             position_ = end;
         } else {
             char* stop = nullptr;

@@ -14,6 +14,7 @@
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
 #include "checks/ZentuExpressionExpansion.h"
+#include "checks/ZentuExpressionWeights.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -46,14 +47,14 @@ std::string flat_expression(const Weights& weights) {
 }
 
 bool same_weights(const Weights& expanded, const Weights& read) {
-    std::unordered_map<std::string, double> difference;
+    ZentuExpressionWeights difference;
     for (const auto& [name, weight] : expanded) {
-        difference[name] += weight;
+        difference.Add(name, weight);
     }
     for (const auto& [name, weight] : read) {
-        difference[name] -= weight;
+        difference.Add(name, -weight);
     }
-    for (const auto& [name, weight] : difference) {
+    for (const auto& [name, weight] : difference.Totals()) {
         if (!same_weight(weight, 0.0)) {
             return false;
         }

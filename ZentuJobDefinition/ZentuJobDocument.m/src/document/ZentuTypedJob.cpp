@@ -229,7 +229,11 @@ class ZentuTypedJobReader {
                          const std::vector<ZentuMathExpressions::TokenDescription>& setup,
                          const std::unordered_set<std::string>& responses) {
         const std::string& text = expression.GetString();
-        const ZentuOrigin origin = job_.OriginOf(command, expression);
+        // Where the expression stands is looked up only for a report, as most expressions are
+        // sound.
+        const auto range = [&](std::size_t begin, std::size_t end) {
+            return ValueRange(job_.OriginOf(command, expression), begin, end);
+        };
         if (const std::size_t depth = nesting_of(text);
             depth > ZentuExpressionArithmetic::MAX_DEPTH) {
             // Each level becomes a generated operator whose name holds the levels inside it, so
@@ -237,7 +241,7 @@ class ZentuTypedJobReader {
             Report(ZentuFindingCodes::EXPRESSION_UNSUPPORTED,
                    KPL_Failure::Format(Messages::EXPRESSION_TOO_DEEP, depth,
                                        ZentuExpressionArithmetic::MAX_DEPTH),
-                   ValueRange(origin, 0, text.size()));
+                   range(0, text.size()));
             return true;
         }
         for (std::size_t open = text.find(REFERENCE_MARK); open != std::string::npos;) {
@@ -245,13 +249,15 @@ class ZentuTypedJobReader {
             if (close == std::string::npos) {
                 break;
             }
-            const std::string name = text.substr(open + 1, close - open - 1);
-            if (responses.count(ZentuStringUtil::to_upper(name)) == 0) {
-                const std::string meant = ClosestIdentifier(name);
+            const std::string_view name = std::string_view(text).substr(open + 1, close - open - 1);
+            ZentuStringUtil::to_upper_into(name, upperName_);
+            if (responses.count(upperName_) == 0) {
+                const std::string meant = ClosestIdentifier(std::string(name));
                 Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
-                       KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE, name.c_str()) +
+                       KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
+                                           std::string(name).c_str()) +
                            did_you_mean(meant, "%"),
-                       ValueRange(origin, open, close + 1),
+                       range(open, close + 1),
                        meant.empty() ? meant : REFERENCE_MARK + meant + REFERENCE_MARK);
                 return true;
             }
@@ -261,7 +267,7 @@ class ZentuTypedJobReader {
             ZentuMathExpressions::create_expression(text, setup, tokens_);
         } catch (const KPL_Exception& refusal) {
             Report(ZentuFindingCodes::EXPRESSION_SYNTAX, refusal.GetMessage(),
-                   ValueRange(origin, 0, text.size()));
+                   range(0, text.size()));
             return true;
         }
         return false;
@@ -436,6 +442,8 @@ class ZentuTypedJobReader {
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The tokens of the expression checked last, whose room the next one reuses.
     std::vector<ZentuMathExpressions::Token> tokens_;
+    // The upper-case name of the reference checked last, whose room the next one reuses.
+    std::string upperName_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<std::vector<std::string>> identifiers_;
 };
