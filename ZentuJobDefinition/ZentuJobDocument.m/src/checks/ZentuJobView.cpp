@@ -2,8 +2,7 @@
 
 #include "ZentuCmd.h"
 #include "ZentuTypedJob.h"
-
-using ZentuCmdItemDefs::CmdItem;
+#include "document/ZentuCommandItems.h"
 
 ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
     const auto& documentCommands = job.Document().Commands();
@@ -23,13 +22,11 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
             continue;
         }
         commands_[origin.command] = &command;
-        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuOrigin itemOrigin = job.ItemOriginOf(origin, *item);
-                if (itemOrigin.item != ZentuOrigin::NONE) {
-                    items_[firstItems_[origin.command] + itemOrigin.item] = item.get();
-                }
+        zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
+            const ZentuOrigin itemOrigin = job.ItemOriginOf(origin, item);
+            if (itemOrigin.item != ZentuOrigin::NONE) {
+                items_[firstItems_[origin.command] + itemOrigin.item] = &item;
             }
-        }
+        });
     }
 }

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <sstream>
-#include <unordered_map>
+#include <string_view>
 
 #include "ZentuCmd.h"
 #include "ZentuCmdIdentifier.h"
@@ -12,6 +13,9 @@
 #include "ZentuPointerTable.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "checks/ZentuTextTable.h"
+#include "document/ZentuCommandItems.h"
+#include "schema/ZentuSchemaLookup.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
@@ -56,12 +60,33 @@ std::string dot_string(const std::string& text) {
 
 }  // namespace
 
+// The nodes by identifier, the first node of each, indexed when a list of references first needs
+// them; the nodes must not change after.
+class ZentuReferenceGraph::IdentifierIndex {
+  public:
+    explicit IdentifierIndex(const std::vector<Node>& nodes) : nodes_(nodes) {}
+
+    // The first node of the identifier, or null.
+    const std::size_t* Find(std::string_view identifier) {
+        if (!byIdentifier_) {
+            byIdentifier_.emplace(nodes_.size());
+            for (std::size_t n = 0; n < nodes_.size(); ++n) {
+                byIdentifier_->Insert(nodes_[n].identifier, n);
+            }
+        }
+        return byIdentifier_->Find(identifier);
+    }
+
+  private:
+    const std::vector<Node>& nodes_;
+    std::optional<ZentuTextTable<std::size_t>> byIdentifier_;
+};
+
 ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJobSchema& schema) {
     // The file's commands, most of the job's: the tables grow for the few that rules add.
     const std::size_t count = job.Document().Commands().size();
     ZentuPointerTable<std::size_t> index;
     index.Reserve(count);
-    IdentifierIndex byIdentifier;
     nodes_.reserve(count);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
@@ -78,24 +103,23 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
         index.Insert(&command, nodes_.size());
         nodes_.push_back(std::move(node));
     }
+    IdentifierIndex byIdentifier(nodes_);
     for (std::size_t from = 0; from < nodes_.size(); ++from) {
         const ZentuCmd& command = *nodes_[from].command;
         const std::vector<double> weights = term_weights(command);
         std::size_t term = 0;
-        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                const std::size_t* to = target == nullptr ? nullptr : index.Find(target);
-                if (to == nullptr || target == &command) {
-                    continue;
-                }
-                Edge edge{from, *to, &item->GetName(), std::nullopt};
-                if (item->GetName() == TERM_ITEM && term < weights.size()) {
-                    edge.weight = weights[term++];
-                }
-                edges_.push_back(edge);
+        zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
+            const ZentuCmd* target = item.HasReference() ? item.GetReference() : nullptr;
+            const std::size_t* to = target == nullptr ? nullptr : index.Find(target);
+            if (to == nullptr || target == &command) {
+                return;
             }
-        }
+            Edge edge{from, *to, &item.GetName(), std::nullopt};
+            if (item.GetName() == TERM_ITEM && term < weights.size()) {
+                edge.weight = weights[term++];
+            }
+            edges_.push_back(edge);
+        });
         AddListEdges(command, from, schema, byIdentifier);
     }
     for (const Edge& edge : edges_) {
@@ -107,7 +131,7 @@ void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from
                                        const ZentuJobSchema& schema,
                                        IdentifierIndex& byIdentifier) {
     const ZentuCommandSchema* described =
-        schema.FindCommand(ZentuStringUtil::to_upper(command.GetName()));
+        ZentuSchemaLookup::find_command(schema, command.GetName());
     if (described == nullptr) {
         return;
     }
@@ -116,27 +140,16 @@ void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from
             continue;
         }
         for (const auto& item : command.GetItemRange(description.kind)) {
-            if (!byIdentifier) {
-                IndexIdentifiers(byIdentifier.emplace());
-            }
             std::vector<std::string> elements;
             ZentuStringUtil::Split(item->GetString(), ",", elements);
             for (std::string& element : elements) {
                 ZentuStringUtil::Trim(element);
-                const auto target = byIdentifier->find(ZentuStringUtil::to_upper(element));
-                if (target != byIdentifier->end() && target->second != from) {
-                    edges_.push_back({from, target->second, &item->GetName(), std::nullopt});
+                const std::size_t* target = byIdentifier.Find(ZentuStringUtil::to_upper(element));
+                if (target != nullptr && *target != from) {
+                    edges_.push_back({from, *target, &item->GetName(), std::nullopt});
                 }
             }
         }
-    }
-}
-
-void ZentuReferenceGraph::IndexIdentifiers(
-    std::unordered_map<std::string_view, std::size_t>& byIdentifier) const {
-    byIdentifier.reserve(nodes_.size());
-    for (std::size_t n = 0; n < nodes_.size(); ++n) {
-        byIdentifier.emplace(nodes_[n].identifier, n);
     }
 }
 

@@ -4,7 +4,6 @@
 #include <limits>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -21,6 +20,8 @@
 #include "ZentuReferenceGraph.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "checks/ZentuTextTable.h"
+#include "schema/ZentuSchemaLookup.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -65,19 +66,23 @@ std::string command_label(const ZentuDocumentCommand& command) {
 }
 
 void check_identifiers(const ZentuJobDocument& document, std::vector<ZentuFinding>& findings) {
-    std::unordered_map<std::string, const ZentuDocumentCommand*> first;
+    // The identifiers upper-cased, in room taken at once so that the table's views of them stay.
+    std::vector<std::string> identifiers;
+    identifiers.reserve(document.Commands().size());
+    ZentuTextTable<const ZentuDocumentCommand*> first(document.Commands().size());
     for (const ZentuDocumentCommand& command : document.Commands()) {
         const ZentuDocumentItem* id = find_item(command, ID_NAME);
         if (id == nullptr || id->value.empty()) {
             continue;
         }
-        const auto [found, added] = first.emplace(upper(id->value), &command);
+        identifiers.push_back(upper(id->value));
+        const auto [found, added] = first.Insert(identifiers.back(), &command);
         if (!added) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::DUPLICATE_IDENTIFIER,
-                KPL_Failure::Format(Messages::DUPLICATE_IDENTIFIER, id->value.c_str(),
-                                    found->second->keyword.c_str(), found->second->line),
-                id->value_range));
+            findings.push_back(
+                zentu_finding(ZentuFindingCodes::DUPLICATE_IDENTIFIER,
+                              KPL_Failure::Format(Messages::DUPLICATE_IDENTIFIER, id->value.c_str(),
+                                                  (*found)->keyword.c_str(), (*found)->line),
+                              id->value_range));
         }
     }
 }
@@ -314,6 +319,10 @@ void check_list_references(const ZentuTypedJob& job, const ZentuDocumentItem& wr
 
 void check_bounds(const ZentuDocumentItem& written, const ZentuItemSchema& description,
                   const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+    // Most items have no bounds: their values are not read, which would reach every item.
+    if (!description.min && !description.max) {
+        return;
+    }
     const std::optional<double> value = number_of(item);
     if (!value) {
         return;
@@ -380,7 +389,7 @@ void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
     };
     for (std::size_t i = 0; i < command.items.size(); ++i) {
         const ZentuDocumentItem& written = command.items[i];
-        const ZentuItemSchema* description = schema.FindItem(upper(written.name));
+        const ZentuItemSchema* description = ZentuSchemaLookup::find_item(schema, written.name);
         if (description == nullptr) {
             continue;
         }
@@ -425,7 +434,8 @@ void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSch
     IdentifiersByKind identifiers(job.Container());
     const auto& commands = job.Document().Commands();
     for (std::size_t c = 0; c < commands.size(); ++c) {
-        if (const ZentuCommandSchema* described = schema.FindCommand(upper(commands[c].keyword))) {
+        if (const ZentuCommandSchema* described =
+                ZentuSchemaLookup::find_command(schema, commands[c].keyword)) {
             check_command_items(job, view, *described, c, identifiers, findings);
         }
     }

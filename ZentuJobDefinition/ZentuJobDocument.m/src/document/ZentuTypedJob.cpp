@@ -20,6 +20,7 @@
 #include "ZentuStringUtil.h"
 #include "ZentuSuggestion.h"
 #include "checks/ZentuExpressionArithmetic.h"
+#include "document/ZentuCommandItems.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -370,15 +371,13 @@ class ZentuTypedJobReader {
         for (std::size_t next = 0; next < traced.size(); ++next) {
             const ZentuCmd& command = *traced[next];
             const ZentuOrigin origin = job_.OriginOf(command);
-            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                    const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                    if (target != nullptr &&
-                        job_.commandOrigins_.Insert(target, job_.ItemOriginOf(origin, *item))) {
-                        traced.push_back(target);
-                    }
+            zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
+                const ZentuCmd* target = item.HasReference() ? item.GetReference() : nullptr;
+                if (target != nullptr &&
+                    job_.commandOrigins_.Insert(target, job_.ItemOriginOf(origin, item))) {
+                    traced.push_back(target);
                 }
-            }
+            });
         }
     }
 
