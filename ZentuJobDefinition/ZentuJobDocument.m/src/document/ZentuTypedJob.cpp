@@ -86,7 +86,7 @@ class ZentuTypedJobReader {
 
     void Read(ZentuCompletion completion) {
         const auto& commands = job_.document_.Commands();
-        ReserveItemOrigins();
+        ReserveOrigins();
         for (std::size_t index = 0; index < commands.size(); ++index) {
             job_.firstReadItems_.push_back(job_.readItems_.size());
             ReadCommand(index);
@@ -109,15 +109,16 @@ class ZentuTypedJobReader {
     }
 
   private:
-    // Room for the origin of every item of the file, taken at once: the items are many, the
-    // commands' table grows as it goes.
-    void ReserveItemOrigins() {
+    // Room for the origin of every command and item of the file, taken at once; the commands'
+    // table grows only for the few commands that defaults and rules add.
+    void ReserveOrigins() {
         std::size_t items = 0;
         for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
             items += command.items.size();
         }
         job_.readItems_.reserve(items);
         job_.firstReadItems_.reserve(job_.document_.Commands().size() + 1);
+        job_.commandOrigins_.Reserve(job_.document_.Commands().size());
     }
 
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
