@@ -111,8 +111,21 @@ struct ListEntry {
     std::size_t finish = 0;
 };
 
-// The entries of a list text; stops at the first text that is not a list (the reader refuses
-// such a text, which is reported on its own).
+// How many numbers a list entry adds: a backward range or one with a step below one adds only
+// its start.
+std::int64_t count_of(const ListEntry& entry) {
+    const bool forward = entry.start <= entry.end && entry.step > 0;
+    return forward ? (entry.end - entry.start) / entry.step + 1 : 1;
+}
+
+// Whether an entry is a range that runs backwards.
+bool runs_backwards(const ListEntry& entry) {
+    return entry.range && entry.start > entry.end && entry.step > 0;
+}
+
+// The numbers of a list text counted, and its backward ranges; stops at the first text that is
+// not a list (the reader refuses such a text, which is reported on its own). Only the backward
+// ranges are kept, since a list of many entries rarely holds one.
 class ListText {
   public:
     explicit ListText(const std::string& text) : text_(text) {
@@ -126,7 +139,9 @@ class ListText {
         }
     }
 
-    std::vector<ListEntry> entries;
+    // The numbers that the entries read give together.
+    std::int64_t count = 0;
+    std::vector<ListEntry> backwards;
     // The first number outside the integer range, as written.
     std::string outOfRange;
 
@@ -190,22 +205,16 @@ class ListText {
             }
         }
         entry.finish = position_;
-        entries.push_back(entry);
+        count += count_of(entry);
+        if (runs_backwards(entry)) {
+            backwards.push_back(entry);
+        }
         return true;
     }
 
     const std::string& text_;
     std::size_t position_ = 0;
 };
-
-std::int64_t count_of(const std::vector<ListEntry>& entries) {
-    std::int64_t count = 0;
-    for (const ListEntry& entry : entries) {
-        const bool forward = entry.start <= entry.end && entry.step > 0;
-        count += forward ? (entry.end - entry.start) / entry.step + 1 : 1;
-    }
-    return count;
-}
 
 // What the item reads as, for messages: its numbers spelled out when they are few.
 std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
@@ -229,7 +238,7 @@ std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
 void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentItem& written,
                         const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
     const ListText list(written.value);
-    const std::int64_t count = count_of(list.entries);
+    const std::int64_t count = list.count;
     const auto report = [&](std::string message, std::size_t begin, std::size_t end) {
         findings.push_back(zentu_finding(ZentuFindingCodes::INTEGER_LIST, std::move(message),
                                          document.ValueRange(written, begin, end)));
@@ -248,15 +257,12 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
                0, written.value.size());
         return;
     }
-    for (const ListEntry& entry : list.entries) {
-        if (entry.range && entry.start > entry.end && entry.step > 0) {
-            const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
-            const std::string forward =
-                std::to_string(entry.end) + "-" + std::to_string(entry.start);
-            report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
-                                       reading_of(item, count).c_str(), forward.c_str()),
-                   entry.begin, entry.finish);
-        }
+    for (const ListEntry& entry : list.backwards) {
+        const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
+        const std::string forward = std::to_string(entry.end) + "-" + std::to_string(entry.start);
+        report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
+                                   reading_of(item, count).c_str(), forward.c_str()),
+               entry.begin, entry.finish);
     }
 }
 
@@ -375,68 +381,88 @@ bool holds(const ZentuCmd* command, const ZentuItemSchema& description) {
                        [&](const auto& item) { return item->GetName() == description.name; });
 }
 
-void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
-                         const ZentuCommandSchema& schema, std::size_t c,
-                         IdentifiersByKind& identifiers, std::vector<ZentuFinding>& findings) {
-    const ZentuDocumentCommand& command = job.Document().Commands()[c];
-    // The described items met so far with the line of the first of each name; a command holds
-    // few items, so a search beats a hash table built per command.
-    std::vector<std::pair<const std::string*, std::size_t>> seen;
-    const auto first_line_of = [&seen](const std::string& name) -> const std::size_t* {
-        const auto found = std::find_if(seen.begin(), seen.end(),
-                                        [&](const auto& entry) { return *entry.first == name; });
-        return found == seen.end() ? nullptr : &found->second;
-    };
-    for (std::size_t i = 0; i < command.items.size(); ++i) {
-        const ZentuDocumentItem& written = command.items[i];
-        const ZentuItemSchema* description = ZentuSchemaLookup::find_item(schema, written.name);
-        if (description == nullptr) {
-            continue;
+// The checks of the items of a job's commands, command after command, reusing the room of the
+// items met from one command to the next.
+class CommandItemsCheck {
+  public:
+    CommandItemsCheck(const ZentuTypedJob& job, std::vector<ZentuFinding>& findings)
+        : job_(job), view_(job), identifiers_(job.Container()), findings_(findings) {}
+
+    // Checks the items of document command c, which the schema describes.
+    void Check(const ZentuCommandSchema& schema, std::size_t c) {
+        const ZentuDocumentCommand& command = job_.Document().Commands()[c];
+        seen_.clear();
+        for (std::size_t i = 0; i < command.items.size(); ++i) {
+            const ZentuDocumentItem& written = command.items[i];
+            if (const ZentuItemSchema* description =
+                    ZentuSchemaLookup::find_item(schema, written.name)) {
+                CheckItem(written, *description, view_.Item(c, i));
+            }
         }
-        if (const std::size_t* firstLine = first_line_of(description->name)) {
-            if (!description->multiple) {
-                findings.push_back(zentu_finding(
+        for (const ZentuItemSchema& description : schema.items) {
+            if (description.required && FirstLineOf(description.name) == nullptr &&
+                !holds(view_.Command(c), description)) {
+                findings_.push_back(zentu_finding(
+                    ZentuFindingCodes::MISSING_ITEM,
+                    KPL_Failure::Format(Messages::MISSING_ITEM, command_label(command).c_str(), "",
+                                        description.name.c_str()),
+                    command.keyword_range));
+            }
+        }
+        check_lower_above_upper(command, view_, c, findings_);
+    }
+
+  private:
+    // Checks an item as written and as read, null where it was not read.
+    void CheckItem(const ZentuDocumentItem& written, const ZentuItemSchema& description,
+                   const ZentuCmdItem* item) {
+        if (const std::size_t* firstLine = FirstLineOf(description.name)) {
+            if (!description.multiple) {
+                findings_.push_back(zentu_finding(
                     ZentuFindingCodes::DUPLICATE_ITEM,
                     KPL_Failure::Format(Messages::DUPLICATE_ITEM, written.name.c_str(), *firstLine),
                     written.name_range));
             }
         } else {
-            seen.emplace_back(&description->name, written.line);
+            seen_.emplace_back(&description.name, written.line);
         }
-        check_bounds(written, *description, view.Item(c, i), findings);
-        if (description->type == DataType::BRELT_LIST) {
-            check_integer_list(job.Document(), written, view.Item(c, i), findings);
+        check_bounds(written, description, item, findings_);
+        if (description.type == DataType::BRELT_LIST) {
+            check_integer_list(job_.Document(), written, item, findings_);
         }
-        if (description->type == DataType::LIST &&
-            description->references != Cmd::CMD_PLACEHOLDER) {
-            check_list_references(job, written, *description, identifiers, findings);
-        }
-    }
-    for (const ZentuItemSchema& description : schema.items) {
-        if (description.required && first_line_of(description.name) == nullptr &&
-            !holds(view.Command(c), description)) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::MISSING_ITEM,
-                KPL_Failure::Format(Messages::MISSING_ITEM, command_label(command).c_str(), "",
-                                    description.name.c_str()),
-                command.keyword_range));
+        if (description.type == DataType::LIST && description.references != Cmd::CMD_PLACEHOLDER) {
+            check_list_references(job_, written, description, identifiers_, findings_);
         }
     }
-    check_lower_above_upper(command, view, c, findings);
-}
+
+    // The line of the first item of the name met in the command so far, or null.
+    const std::size_t* FirstLineOf(const std::string& name) const {
+        const auto found = std::find_if(seen_.begin(), seen_.end(),
+                                        [&](const auto& entry) { return *entry.first == name; });
+        return found == seen_.end() ? nullptr : &found->second;
+    }
+
+    const ZentuTypedJob& job_;
+    const ZentuJobView view_;
+    // The targets of lists of references.
+    IdentifiersByKind identifiers_;
+    std::vector<ZentuFinding>& findings_;
+    // The described items met so far in the command with the line of the first of each name; a
+    // command holds few items, so a search beats a hash table built per command.
+    std::vector<std::pair<const std::string*, std::size_t>> seen_;
+};
 
 }  // namespace
 
 void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSchema& schema,
                                      std::vector<ZentuFinding>& findings) {
     check_identifiers(job.Document(), findings);
-    const ZentuJobView view(job);
-    IdentifiersByKind identifiers(job.Container());
+    CommandItemsCheck items(job, findings);
     const auto& commands = job.Document().Commands();
     for (std::size_t c = 0; c < commands.size(); ++c) {
         if (const ZentuCommandSchema* described =
                 ZentuSchemaLookup::find_command(schema, commands[c].keyword)) {
-            check_command_items(job, view, *described, c, identifiers, findings);
+            items.Check(*described, c);
         }
     }
 }
