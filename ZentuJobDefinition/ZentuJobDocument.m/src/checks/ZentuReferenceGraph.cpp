@@ -83,8 +83,8 @@ class ZentuReferenceGraph::IdentifierIndex {
 };
 
 ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJobSchema& schema) {
-    // The file's commands, most of the job's: the tables grow for the few that rules add.
-    const std::size_t count = job.Document().Commands().size();
+    // Room for every command at once: growing would move every node made so far.
+    const std::size_t count = zentu_command_count(job.Container());
     ZentuPointerTable<std::size_t> index;
     index.Reserve(count);
     nodes_.reserve(count);

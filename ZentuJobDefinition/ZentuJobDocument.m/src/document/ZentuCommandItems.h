@@ -4,7 +4,11 @@
 #include <cstdint>
 
 #include "ZentuCmd.h"
+#include "ZentuCmdContainer.h"
+#include "ZentuCmdDefs.h"
 #include "ZentuCmdItemDefs.h"
+
+// Walking the commands and items of a job.
 
 // Calls visit on each item of the command, kind after kind in the order of the kinds, as walking
 // every kind would; the kinds that never held an item are passed over through the command's mask,
@@ -21,4 +25,13 @@ void zentu_for_each_item(const ZentuCmd& command, Visit&& visit) {
             visit(*item);
         }
     }
+}
+
+// How many commands the container holds, of every kind.
+inline std::size_t zentu_command_count(const ZentuCmdContainer& container) {
+    std::size_t count = 0;
+    for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
+        count += container.GetNumberOfCommands(static_cast<ZentuCmdDefs::Cmd>(kind));
+    }
+    return count;
 }

@@ -360,7 +360,7 @@ class ZentuTypedJobReader {
     // Commands that rules generated take the origin of the first traced command that refers to
     // them, so that what is said about them points at what made them.
     void TraceGeneratedCommands() {
-        if (CommandCount() == job_.commandOrigins_.Size()) {
+        if (zentu_command_count(job_.container_) == job_.commandOrigins_.Size()) {
             return;  // every command comes from the file or is a default: none was generated
         }
         std::vector<const ZentuCmd*> traced;
@@ -380,15 +380,6 @@ class ZentuTypedJobReader {
                 }
             });
         }
-    }
-
-    // How many commands the container holds, of every kind.
-    std::size_t CommandCount() const {
-        std::size_t count = 0;
-        for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
-            count += job_.container_.GetNumberOfCommands(static_cast<Cmd>(kind));
-        }
-        return count;
     }
 
     void CheckReferences() {
