@@ -4,9 +4,10 @@
 #include "ZentuTypedJob.h"
 #include "document/ZentuCommandItems.h"
 
-ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
+ZentuJobView::ZentuJobView(const ZentuTypedJob& job) : job_(job) {
     const auto& documentCommands = job.Document().Commands();
     commands_.assign(documentCommands.size(), nullptr);
+    traced_.assign(documentCommands.size(), false);
     firstItems_.reserve(documentCommands.size() + 1);
     firstItems_.push_back(0);
     for (const ZentuDocumentCommand& command : documentCommands) {
@@ -22,11 +23,19 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
             continue;
         }
         commands_[origin.command] = &command;
-        zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
-            const ZentuOrigin itemOrigin = job.ItemOriginOf(origin, item);
-            if (itemOrigin.item != ZentuOrigin::NONE) {
-                items_[firstItems_[origin.command] + itemOrigin.item] = &item;
-            }
-        });
     }
+}
+
+void ZentuJobView::TraceItems(std::size_t c) const {
+    traced_[c] = true;
+    if (commands_[c] == nullptr) {
+        return;
+    }
+    const ZentuOrigin origin = job_.OriginOf(*commands_[c]);
+    zentu_for_each_item(*commands_[c], [&](const ZentuCmdItem& item) {
+        const ZentuOrigin itemOrigin = job_.ItemOriginOf(origin, item);
+        if (itemOrigin.item != ZentuOrigin::NONE) {
+            items_[firstItems_[c] + itemOrigin.item] = &item;
+        }
+    });
 }

@@ -235,8 +235,19 @@ std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
     return text + "]";
 }
 
+// An item of a document command as read, looked up only when a check needs it: most checks read
+// the text alone.
+struct ItemAsRead {
+    const ZentuJobView& view;
+    std::size_t command;
+    std::size_t item;
+
+    // The item read, or null.
+    const ZentuCmdItem* Get() const { return view.Item(command, item); }
+};
+
 void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentItem& written,
-                        const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+                        const ItemAsRead& item, std::vector<ZentuFinding>& findings) {
     const ListText list(written.value);
     const std::int64_t count = list.count;
     const auto report = [&](std::string message, std::size_t begin, std::size_t end) {
@@ -246,14 +257,14 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
     if (!list.outOfRange.empty()) {
         const std::size_t at = written.value.find(list.outOfRange);
         report(KPL_Failure::Format(Messages::LIST_NUMBER_OUT_OF_RANGE, list.outOfRange.c_str(),
-                                   reading_of(item, count).c_str()),
+                                   reading_of(item.Get(), count).c_str()),
                at, at + list.outOfRange.size());
         return;
     }
     if (count > LIST_BOUND) {
         report(KPL_Failure::Format(Messages::LIST_OVER_BOUND, std::to_string(count).c_str(),
                                    std::to_string(LIST_BOUND).c_str(),
-                                   reading_of(item, count).c_str()),
+                                   reading_of(item.Get(), count).c_str()),
                0, written.value.size());
         return;
     }
@@ -261,7 +272,7 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
         const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
         const std::string forward = std::to_string(entry.end) + "-" + std::to_string(entry.start);
         report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
-                                   reading_of(item, count).c_str(), forward.c_str()),
+                                   reading_of(item.Get(), count).c_str(), forward.c_str()),
                entry.begin, entry.finish);
     }
 }
@@ -324,12 +335,12 @@ void check_list_references(const ZentuTypedJob& job, const ZentuDocumentItem& wr
 }
 
 void check_bounds(const ZentuDocumentItem& written, const ZentuItemSchema& description,
-                  const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+                  const ItemAsRead& item, std::vector<ZentuFinding>& findings) {
     // Most items have no bounds: their values are not read, which would reach every item.
     if (!description.min && !description.max) {
         return;
     }
-    const std::optional<double> value = number_of(item);
+    const std::optional<double> value = number_of(item.Get());
     if (!value) {
         return;
     }
@@ -396,7 +407,7 @@ class CommandItemsCheck {
             const ZentuDocumentItem& written = command.items[i];
             if (const ZentuItemSchema* description =
                     ZentuSchemaLookup::find_item(schema, written.name)) {
-                CheckItem(written, *description, view_.Item(c, i));
+                CheckItem(written, *description, ItemAsRead{view_, c, i});
             }
         }
         for (const ZentuItemSchema& description : schema.items) {
@@ -413,9 +424,9 @@ class CommandItemsCheck {
     }
 
   private:
-    // Checks an item as written and as read, null where it was not read.
+    // Checks an item as written and as read.
     void CheckItem(const ZentuDocumentItem& written, const ZentuItemSchema& description,
-                   const ZentuCmdItem* item) {
+                   const ItemAsRead& item) {
         if (const std::size_t* firstLine = FirstLineOf(description.name)) {
             if (!description.multiple) {
                 findings_.push_back(zentu_finding(
