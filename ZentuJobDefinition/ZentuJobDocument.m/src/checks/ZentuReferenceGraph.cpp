@@ -154,10 +154,23 @@ void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from
 }
 
 std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() const {
-    std::vector<std::vector<std::size_t>> next(nodes_.size());
+    const auto between_operators = [this](const Edge& edge) {
+        return nodes_[edge.from].kind == Cmd::OPERATOR && nodes_[edge.to].kind == Cmd::OPERATOR;
+    };
+    // The references between operators in one sequence, those of node n, in the order of the
+    // edges, from first[n] to first[n + 1]: one allocation instead of one per node.
+    std::vector<std::size_t> first(nodes_.size() + 1, 0);
     for (const Edge& edge : edges_) {
-        if (nodes_[edge.from].kind == Cmd::OPERATOR && nodes_[edge.to].kind == Cmd::OPERATOR) {
-            next[edge.from].push_back(edge.to);
+        first[edge.from + 1] += between_operators(edge) ? 1 : 0;
+    }
+    for (std::size_t n = 0; n < nodes_.size(); ++n) {
+        first[n + 1] += first[n];
+    }
+    std::vector<std::size_t> next(first.back());
+    std::vector<std::size_t> filled(first.begin(), first.end() - 1);
+    for (const Edge& edge : edges_) {
+        if (between_operators(edge)) {
+            next[filled[edge.from]++] = edge.to;
         }
     }
     // Depth-first search without recursion, so that a long chain of operators nests nothing.
@@ -168,16 +181,16 @@ std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() cons
         if (state[start] != State::NEW || nodes_[start].kind != Cmd::OPERATOR) {
             continue;
         }
-        std::vector<std::pair<std::size_t, std::size_t>> path = {{start, 0}};
+        std::vector<std::pair<std::size_t, std::size_t>> path = {{start, first[start]}};
         state[start] = State::ON_PATH;
         while (!path.empty()) {
             auto& [node, edge] = path.back();
-            if (edge == next[node].size()) {
+            if (edge == first[node + 1]) {
                 state[node] = State::DONE;
                 path.pop_back();
                 continue;
             }
-            const std::size_t target = next[node][edge++];
+            const std::size_t target = next[edge++];
             if (state[target] == State::ON_PATH) {
                 std::vector<std::size_t> cycle;
                 auto begin = std::find_if(path.begin(), path.end(),
@@ -189,7 +202,7 @@ std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() cons
                 cycles.push_back(std::move(cycle));
             } else if (state[target] == State::NEW) {
                 state[target] = State::ON_PATH;
-                path.emplace_back(target, 0);
+                path.emplace_back(target, first[target]);
             }
         }
     }
