@@ -88,6 +88,8 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
     ZentuPointerTable<std::size_t> index;
     index.Reserve(count);
     nodes_.reserve(count);
+    // Most commands refer to one or two others: room for one each spares most of the moves.
+    edges_.reserve(count);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
         Node node;
