@@ -141,6 +141,7 @@ class ListText {
 
     // The numbers that the entries read give together.
     std::int64_t count = 0;
+    // The ranges that run backwards, in the order written.
     std::vector<ListEntry> backwards;
     // The first number outside the integer range, as written.
     std::string outOfRange;
