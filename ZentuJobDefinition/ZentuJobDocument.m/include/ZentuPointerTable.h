@@ -58,13 +58,14 @@ class ZentuPointerTable {
     // The fewest slots, a power of two.
     static constexpr std::size_t MIN_SLOTS = 16;
 
-    // The slot of an address before probing. Objects are aligned, so the lowest bits say nothing;
-    // the next ones keep objects allocated one after the other in neighbouring slots, so that
-    // walking a job touches the table in order instead of at random; the high bits folded in keep
-    // objects far apart from landing on one slot.
+    // The slot of an address before probing. The keys are commands, a few hundred bytes each with
+    // their items allocated after them, so the lowest eight bits say little; the next ones keep
+    // commands allocated one after the other in neighbouring slots, so that walking a job touches
+    // the table in order instead of a new cache line and page at every look; the high bits folded
+    // in keep objects far apart from landing on one slot.
     static std::size_t Spread(const void* key) {
         const std::uintptr_t bits = reinterpret_cast<std::uintptr_t>(key);
-        return static_cast<std::size_t>((bits >> 4) ^ (bits >> 24));
+        return static_cast<std::size_t>((bits >> 8) ^ (bits >> 24));
     }
 
     // Spreads the entries over capacity slots, a power of two.

@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "ZentuCmdDefs.h"
@@ -56,13 +54,11 @@ class ZENTU_JOB_DOCUMENT_API ZentuReferenceGraph {
 
   private:
     // The nodes by identifier, made when a list of references first needs them.
-    using IdentifierIndex = std::optional<std::unordered_map<std::string_view, std::size_t>>;
+    class IdentifierIndex;
 
     // Adds an edge for each element of the command's lists of references that names a command.
     void AddListEdges(const ZentuCmd& command, std::size_t from, const ZentuJobSchema& schema,
                       IdentifierIndex& byIdentifier);
-    // Indexes the nodes by identifier, the first of each; the nodes must not change after.
-    void IndexIdentifiers(std::unordered_map<std::string_view, std::size_t>& byIdentifier) const;
 
     std::vector<Node> nodes_;
     std::vector<Edge> edges_;

@@ -2,12 +2,12 @@
 
 #include "ZentuCmd.h"
 #include "ZentuTypedJob.h"
+#include "document/ZentuCommandItems.h"
 
-using ZentuCmdItemDefs::CmdItem;
-
-ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
+ZentuJobView::ZentuJobView(const ZentuTypedJob& job) : job_(job) {
     const auto& documentCommands = job.Document().Commands();
     commands_.assign(documentCommands.size(), nullptr);
+    traced_.assign(documentCommands.size(), false);
     firstItems_.reserve(documentCommands.size() + 1);
     firstItems_.push_back(0);
     for (const ZentuDocumentCommand& command : documentCommands) {
@@ -23,13 +23,19 @@ ZentuJobView::ZentuJobView(const ZentuTypedJob& job) {
             continue;
         }
         commands_[origin.command] = &command;
-        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuOrigin itemOrigin = job.ItemOriginOf(origin, *item);
-                if (itemOrigin.item != ZentuOrigin::NONE) {
-                    items_[firstItems_[origin.command] + itemOrigin.item] = item.get();
-                }
-            }
-        }
     }
+}
+
+void ZentuJobView::TraceItems(std::size_t c) const {
+    traced_[c] = true;
+    if (commands_[c] == nullptr) {
+        return;
+    }
+    const ZentuOrigin origin = job_.OriginOf(*commands_[c]);
+    zentu_for_each_item(*commands_[c], [&](const ZentuCmdItem& item) {
+        const ZentuOrigin itemOrigin = job_.ItemOriginOf(origin, item);
+        if (itemOrigin.item != ZentuOrigin::NONE) {
+            items_[firstItems_[c] + itemOrigin.item] = &item;
+        }
+    });
 }

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <sstream>
-#include <unordered_map>
+#include <string_view>
 
 #include "ZentuCmd.h"
 #include "ZentuCmdIdentifier.h"
@@ -12,6 +13,9 @@
 #include "ZentuPointerTable.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "checks/ZentuTextTable.h"
+#include "document/ZentuCommandItems.h"
+#include "schema/ZentuSchemaLookup.h"
 
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
@@ -56,13 +60,36 @@ std::string dot_string(const std::string& text) {
 
 }  // namespace
 
+// The nodes by identifier, the first node of each, indexed when a list of references first needs
+// them; the nodes must not change after.
+class ZentuReferenceGraph::IdentifierIndex {
+  public:
+    explicit IdentifierIndex(const std::vector<Node>& nodes) : nodes_(nodes) {}
+
+    // The first node of the identifier, or null.
+    const std::size_t* Find(std::string_view identifier) {
+        if (!byIdentifier_) {
+            byIdentifier_.emplace(nodes_.size());
+            for (std::size_t n = 0; n < nodes_.size(); ++n) {
+                byIdentifier_->Insert(nodes_[n].identifier, n);
+            }
+        }
+        return byIdentifier_->Find(identifier);
+    }
+
+  private:
+    const std::vector<Node>& nodes_;
+    std::optional<ZentuTextTable<std::size_t>> byIdentifier_;
+};
+
 ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJobSchema& schema) {
-    // The file's commands, most of the job's: the tables grow for the few that rules add.
-    const std::size_t count = job.Document().Commands().size();
+    // Room for every command at once: growing would move every node made so far.
+    const std::size_t count = zentu_command_count(job.Container());
     ZentuPointerTable<std::size_t> index;
     index.Reserve(count);
-    IdentifierIndex byIdentifier;
     nodes_.reserve(count);
+    // Most commands refer to one or two others: room for one each spares most of the moves.
+    edges_.reserve(count);
     for (const ZentuCmd& command : job.Container()) {
         const ZentuOrigin origin = job.OriginOf(command);
         Node node;
@@ -78,24 +105,23 @@ ZentuReferenceGraph::ZentuReferenceGraph(const ZentuTypedJob& job, const ZentuJo
         index.Insert(&command, nodes_.size());
         nodes_.push_back(std::move(node));
     }
+    IdentifierIndex byIdentifier(nodes_);
     for (std::size_t from = 0; from < nodes_.size(); ++from) {
         const ZentuCmd& command = *nodes_[from].command;
         const std::vector<double> weights = term_weights(command);
         std::size_t term = 0;
-        for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-            for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                const std::size_t* to = target == nullptr ? nullptr : index.Find(target);
-                if (to == nullptr || target == &command) {
-                    continue;
-                }
-                Edge edge{from, *to, &item->GetName(), std::nullopt};
-                if (item->GetName() == TERM_ITEM && term < weights.size()) {
-                    edge.weight = weights[term++];
-                }
-                edges_.push_back(edge);
+        zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
+            const ZentuCmd* target = item.HasReference() ? item.GetReference() : nullptr;
+            const std::size_t* to = target == nullptr ? nullptr : index.Find(target);
+            if (to == nullptr || target == &command) {
+                return;
             }
-        }
+            Edge edge{from, *to, &item.GetName(), std::nullopt};
+            if (item.GetName() == TERM_ITEM && term < weights.size()) {
+                edge.weight = weights[term++];
+            }
+            edges_.push_back(edge);
+        });
         AddListEdges(command, from, schema, byIdentifier);
     }
     for (const Edge& edge : edges_) {
@@ -107,7 +133,7 @@ void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from
                                        const ZentuJobSchema& schema,
                                        IdentifierIndex& byIdentifier) {
     const ZentuCommandSchema* described =
-        schema.FindCommand(ZentuStringUtil::to_upper(command.GetName()));
+        ZentuSchemaLookup::find_command(schema, command.GetName());
     if (described == nullptr) {
         return;
     }
@@ -116,35 +142,37 @@ void ZentuReferenceGraph::AddListEdges(const ZentuCmd& command, std::size_t from
             continue;
         }
         for (const auto& item : command.GetItemRange(description.kind)) {
-            if (!byIdentifier) {
-                IndexIdentifiers(byIdentifier.emplace());
-            }
             std::vector<std::string> elements;
             ZentuStringUtil::Split(item->GetString(), ",", elements);
             for (std::string& element : elements) {
                 ZentuStringUtil::Trim(element);
-                const auto target = byIdentifier->find(ZentuStringUtil::to_upper(element));
-                if (target != byIdentifier->end() && target->second != from) {
-                    edges_.push_back({from, target->second, &item->GetName(), std::nullopt});
+                const std::size_t* target = byIdentifier.Find(ZentuStringUtil::to_upper(element));
+                if (target != nullptr && *target != from) {
+                    edges_.push_back({from, *target, &item->GetName(), std::nullopt});
                 }
             }
         }
     }
 }
 
-void ZentuReferenceGraph::IndexIdentifiers(
-    std::unordered_map<std::string_view, std::size_t>& byIdentifier) const {
-    byIdentifier.reserve(nodes_.size());
-    for (std::size_t n = 0; n < nodes_.size(); ++n) {
-        byIdentifier.emplace(nodes_[n].identifier, n);
-    }
-}
-
 std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() const {
-    std::vector<std::vector<std::size_t>> next(nodes_.size());
+    const auto between_operators = [this](const Edge& edge) {
+        return nodes_[edge.from].kind == Cmd::OPERATOR && nodes_[edge.to].kind == Cmd::OPERATOR;
+    };
+    // The references between operators in one sequence, those of node n, in the order of the
+    // edges, from first[n] to first[n + 1]: one allocation instead of one per node.
+    std::vector<std::size_t> first(nodes_.size() + 1, 0);
     for (const Edge& edge : edges_) {
-        if (nodes_[edge.from].kind == Cmd::OPERATOR && nodes_[edge.to].kind == Cmd::OPERATOR) {
-            next[edge.from].push_back(edge.to);
+        first[edge.from + 1] += between_operators(edge) ? 1 : 0;
+    }
+    for (std::size_t n = 0; n < nodes_.size(); ++n) {
+        first[n + 1] += first[n];
+    }
+    std::vector<std::size_t> next(first.back());
+    std::vector<std::size_t> filled(first.begin(), first.end() - 1);
+    for (const Edge& edge : edges_) {
+        if (between_operators(edge)) {
+            next[filled[edge.from]++] = edge.to;
         }
     }
     // Depth-first search without recursion, so that a long chain of operators nests nothing.
@@ -155,16 +183,16 @@ std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() cons
         if (state[start] != State::NEW || nodes_[start].kind != Cmd::OPERATOR) {
             continue;
         }
-        std::vector<std::pair<std::size_t, std::size_t>> path = {{start, 0}};
+        std::vector<std::pair<std::size_t, std::size_t>> path = {{start, first[start]}};
         state[start] = State::ON_PATH;
         while (!path.empty()) {
             auto& [node, edge] = path.back();
-            if (edge == next[node].size()) {
+            if (edge == first[node + 1]) {
                 state[node] = State::DONE;
                 path.pop_back();
                 continue;
             }
-            const std::size_t target = next[node][edge++];
+            const std::size_t target = next[edge++];
             if (state[target] == State::ON_PATH) {
                 std::vector<std::size_t> cycle;
                 auto begin = std::find_if(path.begin(), path.end(),
@@ -176,7 +204,7 @@ std::vector<std::vector<std::size_t>> ZentuReferenceGraph::OperatorCycles() cons
                 cycles.push_back(std::move(cycle));
             } else if (state[target] == State::NEW) {
                 state[target] = State::ON_PATH;
-                path.emplace_back(target, 0);
+                path.emplace_back(target, first[target]);
             }
         }
     }

@@ -4,7 +4,6 @@
 #include <limits>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 #include <vector>
@@ -21,6 +20,8 @@
 #include "ZentuReferenceGraph.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
+#include "checks/ZentuTextTable.h"
+#include "schema/ZentuSchemaLookup.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -65,19 +66,23 @@ std::string command_label(const ZentuDocumentCommand& command) {
 }
 
 void check_identifiers(const ZentuJobDocument& document, std::vector<ZentuFinding>& findings) {
-    std::unordered_map<std::string, const ZentuDocumentCommand*> first;
+    // The identifiers upper-cased, in room taken at once so that the table's views of them stay.
+    std::vector<std::string> identifiers;
+    identifiers.reserve(document.Commands().size());
+    ZentuTextTable<const ZentuDocumentCommand*> first(document.Commands().size());
     for (const ZentuDocumentCommand& command : document.Commands()) {
         const ZentuDocumentItem* id = find_item(command, ID_NAME);
         if (id == nullptr || id->value.empty()) {
             continue;
         }
-        const auto [found, added] = first.emplace(upper(id->value), &command);
+        identifiers.push_back(upper(id->value));
+        const auto [found, added] = first.Insert(identifiers.back(), &command);
         if (!added) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::DUPLICATE_IDENTIFIER,
-                KPL_Failure::Format(Messages::DUPLICATE_IDENTIFIER, id->value.c_str(),
-                                    found->second->keyword.c_str(), found->second->line),
-                id->value_range));
+            findings.push_back(
+                zentu_finding(ZentuFindingCodes::DUPLICATE_IDENTIFIER,
+                              KPL_Failure::Format(Messages::DUPLICATE_IDENTIFIER, id->value.c_str(),
+                                                  (*found)->keyword.c_str(), (*found)->line),
+                              id->value_range));
         }
     }
 }
@@ -106,8 +111,21 @@ struct ListEntry {
     std::size_t finish = 0;
 };
 
-// The entries of a list text; stops at the first text that is not a list (the reader refuses
-// such a text, which is reported on its own).
+// How many numbers a list entry adds: a backward range or one with a step below one adds only
+// its start.
+std::int64_t count_of(const ListEntry& entry) {
+    const bool forward = entry.start <= entry.end && entry.step > 0;
+    return forward ? (entry.end - entry.start) / entry.step + 1 : 1;
+}
+
+// Whether an entry is a range that runs backwards.
+bool runs_backwards(const ListEntry& entry) {
+    return entry.range && entry.start > entry.end && entry.step > 0;
+}
+
+// The numbers of a list text counted, and its backward ranges; stops at the first text that is
+// not a list (the reader refuses such a text, which is reported on its own). Only the backward
+// ranges are kept, since a list of many entries rarely holds one.
 class ListText {
   public:
     explicit ListText(const std::string& text) : text_(text) {
@@ -121,7 +139,10 @@ class ListText {
         }
     }
 
-    std::vector<ListEntry> entries;
+    // The numbers that the entries read give together.
+    std::int64_t count = 0;
+    // The ranges that run backwards, in the order written.
+    std::vector<ListEntry> backwards;
     // The first number outside the integer range, as written.
     std::string outOfRange;
 
@@ -185,22 +206,16 @@ class ListText {
             }
         }
         entry.finish = position_;
-        entries.push_back(entry);
+        count += count_of(entry);
+        if (runs_backwards(entry)) {
+            backwards.push_back(entry);
+        }
         return true;
     }
 
     const std::string& text_;
     std::size_t position_ = 0;
 };
-
-std::int64_t count_of(const std::vector<ListEntry>& entries) {
-    std::int64_t count = 0;
-    for (const ListEntry& entry : entries) {
-        const bool forward = entry.start <= entry.end && entry.step > 0;
-        count += forward ? (entry.end - entry.start) / entry.step + 1 : 1;
-    }
-    return count;
-}
 
 // What the item reads as, for messages: its numbers spelled out when they are few.
 std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
@@ -221,10 +236,21 @@ std::string reading_of(const ZentuCmdItem* item, std::int64_t count) {
     return text + "]";
 }
 
+// An item of a document command as read, looked up only when a check needs it: most checks read
+// the text alone.
+struct ItemAsRead {
+    const ZentuJobView& view;
+    std::size_t command;
+    std::size_t item;
+
+    // The item read, or null.
+    const ZentuCmdItem* Get() const { return view.Item(command, item); }
+};
+
 void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentItem& written,
-                        const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
+                        const ItemAsRead& item, std::vector<ZentuFinding>& findings) {
     const ListText list(written.value);
-    const std::int64_t count = count_of(list.entries);
+    const std::int64_t count = list.count;
     const auto report = [&](std::string message, std::size_t begin, std::size_t end) {
         findings.push_back(zentu_finding(ZentuFindingCodes::INTEGER_LIST, std::move(message),
                                          document.ValueRange(written, begin, end)));
@@ -232,26 +258,23 @@ void check_integer_list(const ZentuJobDocument& document, const ZentuDocumentIte
     if (!list.outOfRange.empty()) {
         const std::size_t at = written.value.find(list.outOfRange);
         report(KPL_Failure::Format(Messages::LIST_NUMBER_OUT_OF_RANGE, list.outOfRange.c_str(),
-                                   reading_of(item, count).c_str()),
+                                   reading_of(item.Get(), count).c_str()),
                at, at + list.outOfRange.size());
         return;
     }
     if (count > LIST_BOUND) {
         report(KPL_Failure::Format(Messages::LIST_OVER_BOUND, std::to_string(count).c_str(),
                                    std::to_string(LIST_BOUND).c_str(),
-                                   reading_of(item, count).c_str()),
+                                   reading_of(item.Get(), count).c_str()),
                0, written.value.size());
         return;
     }
-    for (const ListEntry& entry : list.entries) {
-        if (entry.range && entry.start > entry.end && entry.step > 0) {
-            const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
-            const std::string forward =
-                std::to_string(entry.end) + "-" + std::to_string(entry.start);
-            report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
-                                       reading_of(item, count).c_str(), forward.c_str()),
-                   entry.begin, entry.finish);
-        }
+    for (const ListEntry& entry : list.backwards) {
+        const std::string range = written.value.substr(entry.begin, entry.finish - entry.begin);
+        const std::string forward = std::to_string(entry.end) + "-" + std::to_string(entry.start);
+        report(KPL_Failure::Format(Messages::LIST_RANGE_BACKWARDS, range.c_str(),
+                                   reading_of(item.Get(), count).c_str(), forward.c_str()),
+               entry.begin, entry.finish);
     }
 }
 
@@ -313,8 +336,12 @@ void check_list_references(const ZentuTypedJob& job, const ZentuDocumentItem& wr
 }
 
 void check_bounds(const ZentuDocumentItem& written, const ZentuItemSchema& description,
-                  const ZentuCmdItem* item, std::vector<ZentuFinding>& findings) {
-    const std::optional<double> value = number_of(item);
+                  const ItemAsRead& item, std::vector<ZentuFinding>& findings) {
+    // Most items have no bounds: their values are not read, which would reach every item.
+    if (!description.min && !description.max) {
+        return;
+    }
+    const std::optional<double> value = number_of(item.Get());
     if (!value) {
         return;
     }
@@ -366,54 +393,82 @@ bool holds(const ZentuCmd* command, const ZentuItemSchema& description) {
                        [&](const auto& item) { return item->GetName() == description.name; });
 }
 
-void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
-                         const ZentuCommandSchema& schema, std::size_t c,
-                         IdentifiersByKind& identifiers, std::vector<ZentuFinding>& findings) {
-    const ZentuDocumentCommand& command = job.Document().Commands()[c];
-    // The described items met so far with the line of the first of each name; a command holds
-    // few items, so a search beats a hash table built per command.
-    std::vector<std::pair<const std::string*, std::size_t>> seen;
-    const auto first_line_of = [&seen](const std::string& name) -> const std::size_t* {
-        const auto found = std::find_if(seen.begin(), seen.end(),
-                                        [&](const auto& entry) { return *entry.first == name; });
-        return found == seen.end() ? nullptr : &found->second;
-    };
-    for (std::size_t i = 0; i < command.items.size(); ++i) {
-        const ZentuDocumentItem& written = command.items[i];
-        const ZentuItemSchema* description = schema.FindItem(upper(written.name));
-        if (description == nullptr) {
-            continue;
+// The checks of the items of a job's commands, command after command, reusing the room of the
+// items met from one command to the next.
+class CommandItemsCheck {
+  public:
+    CommandItemsCheck(const ZentuTypedJob& job, std::vector<ZentuFinding>& findings)
+        : job_(job), view_(job), identifiers_(job.Container()), findings_(findings) {}
+
+    // Checks the items of document command c, which the schema describes.
+    void Check(const ZentuCommandSchema& schema, std::size_t c) {
+        const ZentuDocumentCommand& command = job_.Document().Commands()[c];
+        seen_.clear();
+        for (std::size_t i = 0; i < command.items.size(); ++i) {
+            const ZentuDocumentItem& written = command.items[i];
+            if (const ZentuItemSchema* description =
+                    ZentuSchemaLookup::find_item(schema, written.name)) {
+                CheckItem(written, *description, ItemAsRead{view_, c, i});
+            }
         }
-        if (const std::size_t* firstLine = first_line_of(description->name)) {
-            if (!description->multiple) {
-                findings.push_back(zentu_finding(
+        for (const ZentuItemSchema& description : schema.items) {
+            if (description.required && FirstLineOf(description.name) == nullptr &&
+                !holds(view_.Command(c), description)) {
+                findings_.push_back(zentu_finding(
+                    ZentuFindingCodes::MISSING_ITEM,
+                    KPL_Failure::Format(Messages::MISSING_ITEM, command_label(command).c_str(), "",
+                                        description.name.c_str()),
+                    command.keyword_range));
+            }
+        }
+        check_lower_above_upper(command, view_, c, findings_);
+    }
+
+  private:
+    // Checks an item as written and as read.
+    void CheckItem(const ZentuDocumentItem& written, const ZentuItemSchema& description,
+                   const ItemAsRead& item) {
+        if (const std::size_t* firstLine = FirstLineOf(description.name)) {
+            if (!description.multiple) {
+                findings_.push_back(zentu_finding(
                     ZentuFindingCodes::DUPLICATE_ITEM,
                     KPL_Failure::Format(Messages::DUPLICATE_ITEM, written.name.c_str(), *firstLine),
                     written.name_range));
             }
         } else {
-            seen.emplace_back(&description->name, written.line);
+            seen_.emplace_back(&description.name, written.line);
         }
-        check_bounds(written, *description, view.Item(c, i), findings);
-        if (description->type == DataType::BRELT_LIST) {
-            check_integer_list(job.Document(), written, view.Item(c, i), findings);
+        check_bounds(written, description, item, findings_);
+        if (description.type == DataType::BRELT_LIST) {
+            check_integer_list(job_.Document(), written, item, findings_);
         }
-        if (description->type == DataType::LIST &&
-            description->references != Cmd::CMD_PLACEHOLDER) {
-            check_list_references(job, written, *description, identifiers, findings);
-        }
-    }
-    for (const ZentuItemSchema& description : schema.items) {
-        if (description.required && first_line_of(description.name) == nullptr &&
-            !holds(view.Command(c), description)) {
-            findings.push_back(zentu_finding(
-                ZentuFindingCodes::MISSING_ITEM,
-                KPL_Failure::Format(Messages::MISSING_ITEM, command_label(command).c_str(), "",
-                                    description.name.c_str()),
-                command.keyword_range));
+        if (description.type == DataType::LIST && description.references != Cmd::CMD_PLACEHOLDER) {
+            check_list_references(job_, written, description, identifiers_, findings_);
         }
     }
-    check_lower_above_upper(command, view, c, findings);
+
+    // The line of the first item of the name met in the command so far, or null.
+    const std::size_t* FirstLineOf(const std::string& name) const {
+        const auto found = std::find_if(seen_.begin(), seen_.end(),
+                                        [&](const auto& entry) { return *entry.first == name; });
+        return found == seen_.end() ? nullptr : &found->second;
+    }
+
+    const ZentuTypedJob& job_;
+    const ZentuJobView view_;
+    // The targets of lists of references.
+    IdentifiersByKind identifiers_;
+    std::vector<ZentuFinding>& findings_;
+    // The described items met so far in the command with the line of the first of each name; a
+    // command holds few items, so a search beats a hash table built per command.
+    std::vector<std::pair<const std::string*, std::size_t>> seen_;
+};
+
+// Whether the node is a response, operator or design variable of the file that nothing refers to.
+bool unused(const ZentuReferenceGraph::Node& node) {
+    const bool counted =
+        node.kind == Cmd::DRESP || node.kind == Cmd::OPERATOR || node.kind == Cmd::DV;
+    return counted && node.fromFile && !node.used && !node.identifier.empty();
 }
 
 }  // namespace
@@ -421,12 +476,12 @@ void check_command_items(const ZentuTypedJob& job, const ZentuJobView& view,
 void ZentuJobChecks::check_structure(const ZentuTypedJob& job, const ZentuJobSchema& schema,
                                      std::vector<ZentuFinding>& findings) {
     check_identifiers(job.Document(), findings);
-    const ZentuJobView view(job);
-    IdentifiersByKind identifiers(job.Container());
+    CommandItemsCheck items(job, findings);
     const auto& commands = job.Document().Commands();
     for (std::size_t c = 0; c < commands.size(); ++c) {
-        if (const ZentuCommandSchema* described = schema.FindCommand(upper(commands[c].keyword))) {
-            check_command_items(job, view, *described, c, identifiers, findings);
+        if (const ZentuCommandSchema* described =
+                ZentuSchemaLookup::find_command(schema, commands[c].keyword)) {
+            items.Check(*described, c);
         }
     }
 }
@@ -438,10 +493,12 @@ void ZentuJobChecks::check_graph(const ZentuTypedJob& job, const ZentuJobSchema&
     const auto keyword_range = [&](const ZentuReferenceGraph::Node& node) {
         return commands[job.OriginOf(*node.command).command].keyword_range;
     };
+    // A big job may draw a finding for every third command: room for them at once spares moving
+    // the findings again and again into new memory.
+    findings.reserve(findings.size() + static_cast<std::size_t>(std::count_if(
+                                           graph.Nodes().begin(), graph.Nodes().end(), unused)));
     for (const ZentuReferenceGraph::Node& node : graph.Nodes()) {
-        const bool counted =
-            node.kind == Cmd::DRESP || node.kind == Cmd::OPERATOR || node.kind == Cmd::DV;
-        if (counted && node.fromFile && !node.used && !node.identifier.empty()) {
+        if (unused(node)) {
             findings.push_back(
                 zentu_finding(ZentuFindingCodes::UNUSED_COMMAND,
                               KPL_Failure::Format(Messages::UNUSED_COMMAND, node.keyword.c_str(),

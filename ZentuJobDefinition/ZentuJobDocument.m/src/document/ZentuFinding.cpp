@@ -1,6 +1,6 @@
 #include "ZentuFinding.h"
 
-#include <cstring>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -31,6 +31,17 @@ constexpr CodeSeverity kCodes[] = {
     {ZentuFindingCodes::REFERENCE_CYCLE, ZentuSeverity::ERROR},
 };
 
+// The severity of a code; ERROR for a code that is not in the table. A view, so that making a
+// finding makes no string of its code only to look the severity up.
+ZentuSeverity severity_of_view(std::string_view code) {
+    for (const CodeSeverity& entry : kCodes) {
+        if (code == entry.code) {
+            return entry.severity;
+        }
+    }
+    return ZentuSeverity::ERROR;
+}
+
 }  // namespace
 
 bool zentu_has_place(const ZentuFinding& finding) {
@@ -50,12 +61,7 @@ const char* zentu_severity_name(ZentuSeverity severity) {
 }
 
 ZentuSeverity ZentuFindingCodes::severity_of(const std::string& code) {
-    for (const CodeSeverity& entry : kCodes) {
-        if (code == entry.code) {
-            return entry.severity;
-        }
-    }
-    return ZentuSeverity::ERROR;
+    return severity_of_view(code);
 }
 
 std::vector<std::string> ZentuFindingCodes::all() {
@@ -68,6 +74,6 @@ std::vector<std::string> ZentuFindingCodes::all() {
 
 ZentuFinding zentu_finding(const char* code, std::string message, const ZentuTextRange& range,
                            std::optional<std::string> suggestion) {
-    return ZentuFinding{ZentuFindingCodes::severity_of(code), code, std::move(message), range,
+    return ZentuFinding{severity_of_view(code), code, std::move(message), range,
                         std::move(suggestion)};
 }

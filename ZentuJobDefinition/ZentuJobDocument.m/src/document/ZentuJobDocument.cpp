@@ -32,8 +32,27 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
+// Items a command is given room for when it opens: most commands hold three or four, which the
+// vector would reach by moving its items twice.
+constexpr std::size_t ITEMS_RESERVED = 4;
+
 std::string SystemReason(int error) {
     return std::generic_category().message(error);
+}
+
+// A line's text without the CR of a CR LF line end, which is no character of the line.
+std::string_view without_carriage_return(std::string_view line) {
+    if (!line.empty() && line.back() == '\r') {
+        line.remove_suffix(1);
+    }
+    return line;
+}
+
+// How many characters the UTF-8 text holds.
+std::size_t characters_in(std::string_view text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return !ZentuStringUtil::is_utf8_continuation(static_cast<unsigned char>(c));
+    }));
 }
 
 }  // namespace
@@ -141,6 +160,7 @@ class ZentuJobDocumentReader {
         command.keyword = std::string(scanned.Name(text));
         command.line = number;
         command.keyword_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        command.items.reserve(ITEMS_RESERVED);
         document_.commands_.push_back(std::move(command));
         openCommand_ = document_.commands_.size() - 1;
     }
@@ -272,25 +292,17 @@ bool ZentuJobDocument::HasErrors() const {
 }
 
 std::size_t ZentuJobDocument::ColumnOf(std::size_t number, std::size_t offset) const {
-    // The CR of a CR LF line end is no character of the line: an offset past it stops before it.
-    std::string_view line = LineText(number);
-    if (!line.empty() && line.back() == '\r') {
-        line.remove_suffix(1);
-    }
+    // An offset past the CR of a CR LF line end stops before it.
+    const std::string_view line = without_carriage_return(LineText(number));
     std::string_view text = line.substr(0, std::min(offset, line.size()));
     if (number == 1 && text.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
-    return 1 + static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-               return !ZentuStringUtil::is_utf8_continuation(static_cast<unsigned char>(c));
-           }));
+    return 1 + characters_in(text);
 }
 
 std::size_t ZentuJobDocument::OffsetOf(std::size_t number, std::size_t column) const {
-    std::string_view line = LineText(number);
-    if (!line.empty() && line.back() == '\r') {
-        line.remove_suffix(1);
-    }
+    const std::string_view line = without_carriage_return(LineText(number));
     std::size_t offset = 0;
     if (number == 1 && line.substr(0, BYTE_ORDER_MARK.size()) == BYTE_ORDER_MARK) {
         offset = BYTE_ORDER_MARK.size();
@@ -307,7 +319,17 @@ std::size_t ZentuJobDocument::OffsetOf(std::size_t number, std::size_t column) c
 
 ZentuTextRange ZentuJobDocument::RangeOf(std::size_t number, std::size_t begin,
                                          std::size_t end) const {
-    return ZentuTextRange{number, ColumnOf(number, begin), number, ColumnOf(number, end)};
+    const std::size_t first = ColumnOf(number, begin);
+    // The first line may begin with a byte-order mark, which columns do not count.
+    if (number == 1 || end < begin) {
+        return ZentuTextRange{number, first, number, ColumnOf(number, end)};
+    }
+    // The end's column counts on from the begin's instead of from the line's start again.
+    const std::string_view line = without_carriage_return(LineText(number));
+    const std::size_t from = std::min(begin, line.size());
+    return ZentuTextRange{
+        number, first, number,
+        first + characters_in(line.substr(from, std::min(end, line.size()) - from))};
 }
 
 ZentuTextRange ZentuJobDocument::ValueRange(const ZentuDocumentItem& item, std::size_t begin,

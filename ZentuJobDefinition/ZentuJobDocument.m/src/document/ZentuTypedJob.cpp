@@ -20,6 +20,7 @@
 #include "ZentuStringUtil.h"
 #include "ZentuSuggestion.h"
 #include "checks/ZentuExpressionArithmetic.h"
+#include "document/ZentuCommandItems.h"
 
 namespace Messages = ZentuJobDocumentMessages;
 using ZentuCmdDefs::Cmd;
@@ -85,7 +86,7 @@ class ZentuTypedJobReader {
 
     void Read(ZentuCompletion completion) {
         const auto& commands = job_.document_.Commands();
-        ReserveItemOrigins();
+        ReserveOrigins();
         for (std::size_t index = 0; index < commands.size(); ++index) {
             job_.firstReadItems_.push_back(job_.readItems_.size());
             ReadCommand(index);
@@ -108,15 +109,16 @@ class ZentuTypedJobReader {
     }
 
   private:
-    // Room for the origin of every item of the file, taken at once: the items are many, the
-    // commands' table grows as it goes.
-    void ReserveItemOrigins() {
+    // Room for the origin of every command and item of the file, taken at once; the commands'
+    // table grows only for the few commands that defaults and rules add.
+    void ReserveOrigins() {
         std::size_t items = 0;
         for (const ZentuDocumentCommand& command : job_.document_.Commands()) {
             items += command.items.size();
         }
         job_.readItems_.reserve(items);
         job_.firstReadItems_.reserve(job_.document_.Commands().size() + 1);
+        job_.commandOrigins_.Reserve(job_.document_.Commands().size());
     }
 
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
@@ -364,7 +366,7 @@ class ZentuTypedJobReader {
     // Commands that rules generated take the origin of the first traced command that refers to
     // them, so that what is said about them points at what made them.
     void TraceGeneratedCommands() {
-        if (CommandCount() == job_.commandOrigins_.Size()) {
+        if (zentu_command_count(job_.container_) == job_.commandOrigins_.Size()) {
             return;  // every command comes from the file or is a default: none was generated
         }
         std::vector<const ZentuCmd*> traced;
@@ -376,25 +378,14 @@ class ZentuTypedJobReader {
         for (std::size_t next = 0; next < traced.size(); ++next) {
             const ZentuCmd& command = *traced[next];
             const ZentuOrigin origin = job_.OriginOf(command);
-            for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
-                for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
-                    const ZentuCmd* target = item->HasReference() ? item->GetReference() : nullptr;
-                    if (target != nullptr &&
-                        job_.commandOrigins_.Insert(target, job_.ItemOriginOf(origin, *item))) {
-                        traced.push_back(target);
-                    }
+            zentu_for_each_item(command, [&](const ZentuCmdItem& item) {
+                const ZentuCmd* target = item.HasReference() ? item.GetReference() : nullptr;
+                if (target != nullptr &&
+                    job_.commandOrigins_.Insert(target, job_.ItemOriginOf(origin, item))) {
+                    traced.push_back(target);
                 }
-            }
+            });
         }
-    }
-
-    // How many commands the container holds, of every kind.
-    std::size_t CommandCount() const {
-        std::size_t count = 0;
-        for (std::size_t kind = 0; kind < ZentuCmdDefs::CMD_KIND_COUNT; ++kind) {
-            count += job_.container_.GetNumberOfCommands(static_cast<Cmd>(kind));
-        }
-        return count;
     }
 
     void CheckReferences() {
