@@ -121,6 +121,29 @@ TEST_F(ParFileAdapterTest, TypesItemsByTheirDescriptionAndWarnsOfUndescribedOnes
     }
 }
 
+// A file of ever new names, more than a reader keeps at hand, reads as one of a few names: every
+// keyword and item name in every case is looked up as written, and the last ones met stay found.
+TEST_F(ParFileAdapterTest, ReadsAFileOfManyDistinctNamesAsOneOfFew) {
+    std::string bytes;
+    Lines commands;
+    Lines warnings;
+    for (int k = 0; k < 40; ++k) {
+        const std::string name = "x" + std::to_string(k);
+        bytes += "DV\n  " + name + " = 1\n  " + (k % 2 == 0 ? "value" : "VALUE") + " = " +
+                 std::to_string(k) + "\nEND_\nkw" + std::to_string(k) + "\nEND_\n";
+        warnings.push_back("Unknown item 'X" + std::to_string(k) + "' found in command DV.");
+        commands.push_back("DV@DV VALUE:VALUE=" + std::to_string(k) + "/int" + kIterMax);
+    }
+    bytes += "DV\n  x39 = 1\n  x1 = 1\nEND_\nkw1\nEND_\n";
+    warnings.push_back("Unknown item 'X39' found in command DV.");
+    warnings.push_back("Unknown item 'X1' found in command DV.");
+    commands.push_back("DV@DV" + kIterMax);
+    const Lines read = Read(bytes);
+    EXPECT_EQ(Lines(read.begin(), read.begin() + 41), commands);
+    EXPECT_EQ(read.size(), 82U);
+    EXPECT_EQ(Warnings(), warnings);
+}
+
 // The refusing command stands between commands read before and after it, one of which names it,
 // under default commands and a rule, so that every completion step that must not happen shows.
 TEST_F(ParFileAdapterTest, ARefusedItemEndsReadingWithAFailureThatCarriesTheRefusal) {
