@@ -135,7 +135,7 @@ class CommandReader {
 
     // The entry kept among the others while there is room, else in the one place for the rest.
     template <typename Known>
-    static Known& Keep(std::vector<Known>& kept, Known&& made, Known& rest) {
+    static Known& Keep(std::vector<Known>& kept, Known made, Known& rest) {
         if (kept.size() < MAX_KNOWN) {
             kept.push_back(std::move(made));
             return kept.back();
