@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -121,6 +122,12 @@ class ZentuTypedJobReader {
         job_.commandOrigins_.Reserve(job_.document_.Commands().size());
     }
 
+    // The text upper-cased as ZentuStringUtil::to_upper does it, in the reused buffer.
+    const std::string& Upper(std::string_view text) {
+        ZentuStringUtil::to_upper_into(text, upper_);
+        return upper_;
+    }
+
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
         return job_.document_.Commands()[index];
     }
@@ -133,7 +140,7 @@ class ZentuTypedJobReader {
 
     void ReadCommand(std::size_t index) {
         const ZentuDocumentCommand& parsed = DocumentCommand(index);
-        const auto found = config_.cmd_metadata.find(ZentuStringUtil::to_upper(parsed.keyword));
+        const auto found = config_.cmd_metadata.find(Upper(parsed.keyword));
         if (found == config_.cmd_metadata.end()) {
             ReportUnknownCommand(parsed);
         }
@@ -148,12 +155,15 @@ class ZentuTypedJobReader {
     }
 
     void ReportUnknownCommand(const ZentuDocumentCommand& parsed) {
-        std::vector<std::string> keywords;
-        for (const ZentuCommandSchema& command : schema_.commands) {
-            keywords.push_back(command.keyword);
+        if (!keywords_) {
+            std::vector<std::string> keywords;
+            for (const ZentuCommandSchema& command : schema_.commands) {
+                keywords.push_back(command.keyword);
+            }
+            std::sort(keywords.begin(), keywords.end());
+            keywords_.emplace(std::move(keywords));
         }
-        std::sort(keywords.begin(), keywords.end());
-        const std::string meant = ZentuSuggestion::closest(parsed.keyword, keywords);
+        const std::string meant = keywords_->Closest(parsed.keyword);
         Report(ZentuFindingCodes::UNKNOWN_COMMAND,
                KPL_Failure::Format(Messages::UNKNOWN_COMMAND, parsed.keyword.c_str()) +
                    did_you_mean(meant, "'"),
@@ -164,7 +174,7 @@ class ZentuTypedJobReader {
                   const ZentuCmdMetaData& description, ZentuCmd& command) {
         const ZentuDocumentCommand& parsed = DocumentCommand(commandIndex);
         const ZentuDocumentItem& written = parsed.items[itemIndex];
-        const std::string name = ZentuStringUtil::to_upper(written.name);
+        const std::string& name = Upper(written.name);
         const auto found = description.GetMetaData().find(name);
         if (found == description.GetMetaData().end()) {
             if (!name.empty()) {
@@ -188,11 +198,16 @@ class ZentuTypedJobReader {
 
     void ReportUnknownItem(const ZentuDocumentCommand& parsed, const ZentuDocumentItem& written,
                            const std::string& name, const ZentuCmdMetaData& description) {
-        std::vector<std::string> names;
-        for (const auto& entry : description.GetMetaData()) {
-            names.push_back(entry.first);
+        auto suggestions = itemNames_.find(&description);
+        if (suggestions == itemNames_.end()) {
+            std::vector<std::string> names;
+            for (const auto& entry : description.GetMetaData()) {
+                names.push_back(entry.first);
+            }
+            suggestions =
+                itemNames_.emplace(&description, ZentuSuggestions(std::move(names))).first;
         }
-        const std::string meant = ZentuSuggestion::closest(name, names);
+        const std::string meant = suggestions->second.Closest(name);
         const std::string withId =
             parsed.IdName().empty() ? std::string() : Messages::WITH_ID_NAME + parsed.IdName();
         std::string message = KPL_Failure::Format(Messages::UNKNOWN_ITEM, name.c_str(),
@@ -309,10 +324,11 @@ class ZentuTypedJobReader {
             for (const ZentuCmd& command : job_.container_) {
                 unique.insert(ZentuCmdIdentifier::text_of(command));
             }
-            identifiers_.emplace(unique.begin(), unique.end());
-            std::sort(identifiers_->begin(), identifiers_->end());
+            std::vector<std::string> identifiers(unique.begin(), unique.end());
+            std::sort(identifiers.begin(), identifiers.end());
+            identifiers_.emplace(std::move(identifiers));
         }
-        return ZentuSuggestion::closest(text, *identifiers_);
+        return identifiers_->Closest(text);
     }
 
     void Complete() {
@@ -436,7 +452,13 @@ class ZentuTypedJobReader {
     // The upper-case name of the reference checked last, whose room the next one reuses.
     std::string upperName_;
     // The identifiers of the completed job, sorted, once asked for.
-    std::optional<std::vector<std::string>> identifiers_;
+    std::optional<ZentuSuggestions> identifiers_;
+    // The schema's command keywords, sorted, once asked for.
+    std::optional<ZentuSuggestions> keywords_;
+    // The item names of each command description that an unknown item was met in.
+    std::unordered_map<const ZentuCmdMetaData*, ZentuSuggestions> itemNames_;
+    // The upper-case keyword or item name looked up last, whose room the next one reuses.
+    std::string upper_;
 };
 
 ZentuTypedJob::ZentuTypedJob(ZentuJobDocument document, const ZentuJobSchema& schema,
