@@ -57,6 +57,15 @@ std::size_t characters_in(std::string_view text) {
     }));
 }
 
+// Whether every byte of the text is ASCII, so that its characters are its bytes.
+bool is_ascii(std::string_view text) {
+    unsigned char bits = 0;
+    for (const char c : text) {
+        bits |= static_cast<unsigned char>(c);
+    }
+    return bits < 0x80;
+}
+
 // How many lines a text holds, and how many of them start with END_ after blanks: room for the
 // lines and, closely enough, for the commands is then taken at once, where growing the vectors
 // would move them and fill fresh memory twice over.
@@ -200,8 +209,23 @@ class ZentuJobDocumentReader {
         ZentuDocumentCommand& command = document_.commands_.emplace_back();
         command.keyword = std::string(scanned.Name(text));
         command.line = number;
-        command.keyword_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        command.keyword_range = Range(number, scanned.nameBegin, scanned.nameEnd);
         openCommand_ = document_.commands_.size() - 1;
+    }
+
+    // RangeOf of line n, the line being read: on a line of ASCII bytes after the first, which
+    // holds no byte-order mark, a column is the offset, without counting characters.
+    ZentuTextRange Range(std::size_t number, std::size_t begin, std::size_t end) {
+        const std::string_view line = without_carriage_return(document_.LineText(number));
+        if (rangeLine_ != number) {
+            rangeLine_ = number;
+            rangeLineAscii_ = number != 1 && is_ascii(line);
+        }
+        if (!rangeLineAscii_) {
+            return document_.RangeOf(number, begin, end);
+        }
+        return ZentuTextRange{number, 1 + std::min(begin, line.size()), number,
+                              1 + std::min(end, line.size())};
     }
 
     // Gives the open command its items, in room of their number.
@@ -222,19 +246,19 @@ class ZentuJobDocumentReader {
         item.name_alone = scanned.kind == Kind::NAME;
         item.line = number;
         item.last_line = number;
-        item.name_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        item.name_range = Range(number, scanned.nameBegin, scanned.nameEnd);
         if (item.name_alone) {
-            item.value_range = document_.RangeOf(number, scanned.nameEnd, scanned.nameEnd);
+            item.value_range = Range(number, scanned.nameEnd, scanned.nameEnd);
         } else {
             item.value = std::string(scanned.Value(text));
-            item.value_range = document_.RangeOf(number, scanned.valueBegin, scanned.valueEnd);
+            item.value_range = Range(number, scanned.valueBegin, scanned.valueEnd);
         }
         valueHasLines_ = false;
     }
 
     void AddValueLine(std::size_t number, const ZentuParLine& scanned) {
         ZentuDocumentItem& item = items_.back();
-        const ZentuTextRange range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        const ZentuTextRange range = Range(number, scanned.nameBegin, scanned.nameEnd);
         if (valueHasLines_) {
             item.value += '\n';
         } else {
@@ -293,6 +317,9 @@ class ZentuJobDocumentReader {
     // The items of the open command, which it takes when it closes: a vector grown item by item
     // would hold room for more than it keeps.
     std::vector<ZentuDocumentItem> items_;
+    // The line that Range looked at last, and whether its bytes are all ASCII.
+    std::size_t rangeLine_ = 0;
+    bool rangeLineAscii_ = false;
     bool valueHasLines_ = false;
 };
 

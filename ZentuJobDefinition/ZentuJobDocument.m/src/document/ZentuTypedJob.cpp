@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cstdint>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -404,11 +405,17 @@ class ZentuTypedJobReader {
         }
     }
 
+    // Only the commands that may hold an item of a reference kind are looked up and into.
     void CheckReferences() {
+        const std::uint64_t referenceKinds = referenceKinds_.to_ullong();
         for (const ZentuCmd& command : job_.container_) {
+            const std::uint64_t kinds = command.KindsWithSequences() & referenceKinds;
+            if (kinds == 0) {
+                continue;
+            }
             const ZentuOrigin origin = job_.OriginOf(command);
             for (std::size_t kind = 0; kind < referenceKinds_.size(); ++kind) {
-                if (!referenceKinds_.test(kind)) {
+                if ((kinds >> kind & 1U) == 0) {
                     continue;
                 }
                 for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
