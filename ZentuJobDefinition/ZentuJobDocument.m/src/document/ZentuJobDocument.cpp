@@ -103,6 +103,21 @@ std::size_t expected_size(const std::string& path) {
     return error ? 0 : static_cast<std::size_t>(size);
 }
 
+// Reads a file to its end into text, straight into the text's room: first the size expected and
+// a byte more, to meet the end, then pieces of CHUNK_SIZE for a file that holds more.
+void read_into(std::FILE* file, std::size_t expected, std::string& text) {
+    std::size_t size = 0;
+    for (std::size_t room = std::max(expected + 1, CHUNK_SIZE);; room = CHUNK_SIZE) {
+        text.resize(size + room);
+        const std::size_t read = std::fread(&text[size], 1, room, file);
+        size += read;
+        if (read < room) {
+            break;
+        }
+    }
+    text.resize(size);
+}
+
 }  // namespace
 
 const std::string& ZentuDocumentCommand::IdName() const {
@@ -342,13 +357,8 @@ ZentuJobDocument ZentuJobDocument::FromFile(const std::string& path,
     if (!file) {
         problem = KPL_Failure::Format(Messages::FILE_CANNOT_BE_OPENED, SystemReason(errno).c_str());
     } else {
-        text.reserve(expected_size(path));
-        std::vector<char> chunk(CHUNK_SIZE);
-        std::size_t read = 0;
         errno = 0;
-        while ((read = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0) {
-            text.append(chunk.data(), read);
-        }
+        read_into(file.get(), expected_size(path), text);
         if (std::ferror(file.get()) != 0) {
             problem = errno == EISDIR ? std::string(Messages::FILE_IS_A_DIRECTORY)
                                       : KPL_Failure::Format(Messages::FILE_CANNOT_BE_READ,
