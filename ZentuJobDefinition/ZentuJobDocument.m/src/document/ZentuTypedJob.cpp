@@ -22,6 +22,7 @@
 #include "ZentuStringUtil.h"
 #include "ZentuSuggestion.h"
 #include "checks/ZentuExpressionArithmetic.h"
+#include "checks/ZentuTextTable.h"
 #include "document/ZentuCommandItems.h"
 
 namespace Messages = ZentuJobDocumentMessages;
@@ -75,6 +76,39 @@ std::size_t nesting_of(const std::string& text) {
 bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
     return std::tie(a.range.line, a.range.column) < std::tie(b.range.line, b.range.column);
 }
+
+// The identifiers of the DRESP and OPERATOR commands, which the references of an expression name,
+// in one vector indexed by a flat table, where a hash set would allocate a node for each.
+class ResponseIdentifiers {
+  public:
+    explicit ResponseIdentifiers(const ZentuCmdContainer& container) : index_(CountOf(container)) {
+        identifiers_.reserve(CountOf(container));
+        for (const Cmd kind : RESPONSE_KINDS) {
+            for (const auto& command : container.GetCommands(kind)) {
+                // The room taken above keeps every identifier, and the text the table views, in
+                // place.
+                identifiers_.push_back(ZentuCmdIdentifier::text_of(*command));
+                index_.Insert(identifiers_.back(), true);
+            }
+        }
+    }
+
+    // Whether a response bears the identifier.
+    bool Contains(std::string_view identifier) const { return index_.Find(identifier) != nullptr; }
+
+  private:
+    // The kinds of command that an expression refers to.
+    static constexpr std::array<Cmd, 2> RESPONSE_KINDS{Cmd::DRESP, Cmd::OPERATOR};
+
+    // How many commands of those kinds the container holds.
+    static std::size_t CountOf(const ZentuCmdContainer& container) {
+        return container.GetNumberOfCommands(Cmd::DRESP) +
+               container.GetNumberOfCommands(Cmd::OPERATOR);
+    }
+
+    std::vector<std::string> identifiers_;
+    ZentuTextTable<bool> index_;
+};
 
 }  // namespace
 
@@ -227,7 +261,7 @@ class ZentuTypedJobReader {
     void CheckExpressions() {
         ZentuCmdContainer& container = job_.container_;
         const auto setup = ZentuDrespExpressionParser::create_token_setup(container);
-        const std::unordered_set<std::string> responses = ResponseIdentifiers();
+        const ResponseIdentifiers responses(container);
         for (std::size_t i = 0; i < container.GetNumberOfCommands(Cmd::OPERATOR); ++i) {
             ZentuCmd& command = container.GetCommand(Cmd::OPERATOR, i);
             if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
@@ -245,7 +279,7 @@ class ZentuTypedJobReader {
     // identifier probably meant, else the tokenizer's refusal. Returns whether there was one.
     bool CheckExpression(const ZentuCmd& command, const ZentuCmdItem& expression,
                          const std::vector<ZentuMathExpressions::TokenDescription>& setup,
-                         const std::unordered_set<std::string>& responses) {
+                         const ResponseIdentifiers& responses) {
         const std::string& text = expression.GetString();
         // Where the expression stands is looked up only for a report, as most expressions are
         // sound.
@@ -269,7 +303,7 @@ class ZentuTypedJobReader {
             }
             const std::string_view name = std::string_view(text).substr(open + 1, close - open - 1);
             ZentuStringUtil::to_upper_into(name, upperName_);
-            if (responses.count(upperName_) == 0) {
+            if (!responses.Contains(upperName_)) {
                 const std::string meant = ClosestIdentifier(std::string(name));
                 Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
                        KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
@@ -305,16 +339,6 @@ class ZentuTypedJobReader {
     ZentuTextRange CommandRange(const ZentuOrigin& origin) const {
         return origin.command == ZentuOrigin::NONE ? ZentuTextRange{}
                                                    : DocumentCommand(origin.command).keyword_range;
-    }
-
-    std::unordered_set<std::string> ResponseIdentifiers() const {
-        std::unordered_set<std::string> identifiers;
-        for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
-            for (const auto& command : job_.container_.GetCommands(kind)) {
-                identifiers.insert(ZentuCmdIdentifier::text_of(*command));
-            }
-        }
-        return identifiers;
     }
 
     // The identifier that text most probably meant. The identifiers are gathered once, each
