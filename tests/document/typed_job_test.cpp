@@ -151,6 +151,23 @@ TEST(TypedJob, LocatesWhatTypingAndCompletingFind) {
     }
 }
 
+// A misspelt name is judged against the candidates of its own command, however often it recurs.
+TEST(TypedJob, SuggestsForEachCommandItsOwnItemNames) {
+    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
+    const ZentuTypedJob job = ZentuTypedJob::ReadText(
+        "DV\n  ID_NAME = d1\n  LOWR = 0.1\nEND_\nGROUP_DEF\n  ID_NAME = g\n  LOWR = 1\nEND_\n"
+        "DV\n  ID_NAME = d2\n  LOWR = 0.2\nEND_\n",
+        "job.par", schema, ZentuCompletion::NONE);
+    EXPECT_EQ(zentu_test::FindingLines(job.Findings(), "unknown-item"),
+              (std::vector<std::string>{
+                  "unknown-item 3:3-3:7 Unknown item 'LOWR' found in command DV with ID_NAME d1; "
+                  "did you mean 'LOWER'? => LOWER",
+                  "unknown-item 7:3-7:7 Unknown item 'LOWR' found in command GROUP_DEF with "
+                  "ID_NAME g.",
+                  "unknown-item 11:3-11:7 Unknown item 'LOWR' found in command DV with ID_NAME d2; "
+                  "did you mean 'LOWER'? => LOWER"}));
+}
+
 // A generated operator traces to the command of its expression; default commands trace nowhere.
 TEST(TypedJob, TracesGeneratedOperatorsToTheExpressionAndLeavesDefaultsUntraced) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -32,9 +35,8 @@ struct FileCloser {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
 
-// Items a command is given room for when it opens: most commands hold three or four, which the
-// vector would reach by moving its items twice.
-constexpr std::size_t ITEMS_RESERVED = 4;
+// The line that closes a command, compared in any case.
+constexpr std::string_view END_LINE = "END_";
 
 std::string SystemReason(int error) {
     return std::generic_category().message(error);
@@ -53,6 +55,67 @@ std::size_t characters_in(std::string_view text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
         return !ZentuStringUtil::is_utf8_continuation(static_cast<unsigned char>(c));
     }));
+}
+
+// Whether every byte of the text is ASCII, so that its characters are its bytes.
+bool is_ascii(std::string_view text) {
+    unsigned char bits = 0;
+    for (const char c : text) {
+        bits |= static_cast<unsigned char>(c);
+    }
+    return bits < 0x80;
+}
+
+// How many lines a text holds, and how many of them start with END_ after blanks: room for the
+// lines and, closely enough, for the commands is then taken at once, where growing the vectors
+// would move them and fill fresh memory twice over.
+struct LineCounts {
+    std::size_t lines = 0;
+    std::size_t ends = 0;
+};
+
+// Whether a line's first word begins with END_, in any case.
+bool starts_with_end(std::string_view line) {
+    const std::size_t first = line.find_first_not_of(" \t");
+    return first != std::string_view::npos &&
+           ZentuStringUtil::equals_ignoring_case(line.substr(first, END_LINE.size()), END_LINE);
+}
+
+// The lines of a text as Read splits them, and those that start with END_.
+LineCounts count_lines(std::string_view text) {
+    LineCounts counts;
+    for (std::size_t begin = 0; begin < text.size(); ++counts.lines) {
+        const std::size_t feed = std::min(text.find('\n', begin), text.size());
+        counts.ends += starts_with_end(text.substr(begin, feed - begin)) ? 1 : 0;
+        begin = feed + 1;
+    }
+    return counts;
+}
+
+// The size of a regular file, as room to read it into; 0 when it is unknown.
+std::size_t expected_size(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path file = std::filesystem::u8path(path);
+    if (!std::filesystem::is_regular_file(file, error)) {
+        return 0;
+    }
+    const std::uintmax_t size = std::filesystem::file_size(file, error);
+    return error ? 0 : static_cast<std::size_t>(size);
+}
+
+// Reads a file to its end into text, straight into the text's room: first the size expected and
+// a byte more, to meet the end, then pieces of CHUNK_SIZE for a file that holds more.
+void read_into(std::FILE* file, std::size_t expected, std::string& text) {
+    std::size_t size = 0;
+    for (std::size_t room = std::max(expected + 1, CHUNK_SIZE);; room = CHUNK_SIZE) {
+        text.resize(size + room);
+        const std::size_t read = std::fread(&text[size], 1, room, file);
+        size += read;
+        if (read < room) {
+            break;
+        }
+    }
+    text.resize(size);
 }
 
 }  // namespace
@@ -76,8 +139,9 @@ class ZentuJobDocumentReader {
     // empty text after the last line feed does not.
     void Read() {
         const std::string& text = document_.text_;
-        document_.lines_.reserve(
-            static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
+        const LineCounts counts = count_lines(text);
+        document_.lines_.reserve(counts.lines);
+        document_.commands_.reserve(counts.ends);
         for (std::size_t begin = 0; begin < text.size();) {
             const std::size_t feed = text.find('\n', begin);
             const std::size_t end = feed == std::string::npos ? text.size() : feed;
@@ -133,7 +197,7 @@ class ZentuJobDocumentReader {
         }
         Place(line);
         if (scanned.kind == Kind::END) {
-            openCommand_ = NONE;
+            CloseCommand();
         }
     }
 
@@ -151,41 +215,65 @@ class ZentuJobDocumentReader {
         const bool ofItem = line.scanned.kind == Kind::ITEM || line.scanned.kind == Kind::NAME ||
                             line.scanned.kind == Kind::VALUE ||
                             (scanner_.InsideValue() && line.scanned.kind == Kind::COMMENT);
-        line.item = ofItem && openCommand_ != NONE ? Command().items.size() - 1 : NONE;
+        line.item = ofItem && openCommand_ != NONE ? items_.size() - 1 : NONE;
     }
 
     void OpenCommand(std::size_t number, const ZentuParLine& scanned) {
+        CloseCommand();
         const std::string_view text = document_.LineText(number);
-        ZentuDocumentCommand command;
+        ZentuDocumentCommand& command = document_.commands_.emplace_back();
         command.keyword = std::string(scanned.Name(text));
         command.line = number;
-        command.keyword_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
-        command.items.reserve(ITEMS_RESERVED);
-        document_.commands_.push_back(std::move(command));
+        command.keyword_range = Range(number, scanned.nameBegin, scanned.nameEnd);
         openCommand_ = document_.commands_.size() - 1;
+    }
+
+    // RangeOf of line n, the line being read: on a line of ASCII bytes after the first, which
+    // holds no byte-order mark, a column is the offset, without counting characters.
+    ZentuTextRange Range(std::size_t number, std::size_t begin, std::size_t end) {
+        const std::string_view line = without_carriage_return(document_.LineText(number));
+        if (rangeLine_ != number) {
+            rangeLine_ = number;
+            rangeLineAscii_ = number != 1 && is_ascii(line);
+        }
+        if (!rangeLineAscii_) {
+            return document_.RangeOf(number, begin, end);
+        }
+        return ZentuTextRange{number, 1 + std::min(begin, line.size()), number,
+                              1 + std::min(end, line.size())};
+    }
+
+    // Gives the open command its items, in room of their number.
+    void CloseCommand() {
+        if (openCommand_ == NONE) {
+            return;
+        }
+        Command().items.assign(std::make_move_iterator(items_.begin()),
+                               std::make_move_iterator(items_.end()));
+        items_.clear();
+        openCommand_ = NONE;
     }
 
     void AddItem(std::size_t number, const ZentuParLine& scanned) {
         const std::string_view text = document_.LineText(number);
-        ZentuDocumentItem item;
+        ZentuDocumentItem& item = items_.emplace_back();
         item.name = std::string(scanned.Name(text));
         item.name_alone = scanned.kind == Kind::NAME;
         item.line = number;
         item.last_line = number;
-        item.name_range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        item.name_range = Range(number, scanned.nameBegin, scanned.nameEnd);
         if (item.name_alone) {
-            item.value_range = document_.RangeOf(number, scanned.nameEnd, scanned.nameEnd);
+            item.value_range = Range(number, scanned.nameEnd, scanned.nameEnd);
         } else {
             item.value = std::string(scanned.Value(text));
-            item.value_range = document_.RangeOf(number, scanned.valueBegin, scanned.valueEnd);
+            item.value_range = Range(number, scanned.valueBegin, scanned.valueEnd);
         }
-        Command().items.push_back(std::move(item));
         valueHasLines_ = false;
     }
 
     void AddValueLine(std::size_t number, const ZentuParLine& scanned) {
-        ZentuDocumentItem& item = Command().items.back();
-        const ZentuTextRange range = document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd);
+        ZentuDocumentItem& item = items_.back();
+        const ZentuTextRange range = Range(number, scanned.nameBegin, scanned.nameEnd);
         if (valueHasLines_) {
             item.value += '\n';
         } else {
@@ -220,9 +308,13 @@ class ZentuJobDocumentReader {
 
     // A file that ends inside a command is reported at the end of its last line.
     void Finish() {
-        if (!scanner_.InsideCommand() || openCommand_ == NONE) {
-            return;
+        if (scanner_.InsideCommand() && openCommand_ != NONE) {
+            ReportFileEndsInsideCommand();
         }
+        CloseCommand();
+    }
+
+    void ReportFileEndsInsideCommand() {
         const ZentuDocumentCommand& command = Command();
         const std::size_t last = document_.lines_.size();
         const std::size_t end = document_.LineText(last).size();
@@ -237,6 +329,12 @@ class ZentuJobDocumentReader {
     const ZentuJobDocument::KeywordTest& startsCommand_;
     ZentuParScanner scanner_;
     std::size_t openCommand_ = NONE;
+    // The items of the open command, which it takes when it closes: a vector grown item by item
+    // would hold room for more than it keeps.
+    std::vector<ZentuDocumentItem> items_;
+    // The line that Range looked at last, and whether its bytes are all ASCII.
+    std::size_t rangeLine_ = 0;
+    bool rangeLineAscii_ = false;
     bool valueHasLines_ = false;
 };
 
@@ -259,12 +357,8 @@ ZentuJobDocument ZentuJobDocument::FromFile(const std::string& path,
     if (!file) {
         problem = KPL_Failure::Format(Messages::FILE_CANNOT_BE_OPENED, SystemReason(errno).c_str());
     } else {
-        std::vector<char> chunk(CHUNK_SIZE);
-        std::size_t read = 0;
         errno = 0;
-        while ((read = std::fread(chunk.data(), 1, chunk.size(), file.get())) > 0) {
-            text.append(chunk.data(), read);
-        }
+        read_into(file.get(), expected_size(path), text);
         if (std::ferror(file.get()) != 0) {
             problem = errno == EISDIR ? std::string(Messages::FILE_IS_A_DIRECTORY)
                                       : KPL_Failure::Format(Messages::FILE_CANNOT_BE_READ,

@@ -45,3 +45,11 @@ std::string ZentuSuggestion::closest(const std::string& text,
     }
     return best;
 }
+
+const std::string& ZentuSuggestions::Closest(const std::string& text) {
+    const auto found = closest_.find(text);
+    if (found != closest_.end()) {
+        return found->second;
+    }
+    return closest_.emplace(text, ZentuSuggestion::closest(text, candidates_)).first->second;
+}

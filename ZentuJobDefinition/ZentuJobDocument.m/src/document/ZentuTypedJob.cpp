@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cstdint>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -20,6 +22,7 @@
 #include "ZentuStringUtil.h"
 #include "ZentuSuggestion.h"
 #include "checks/ZentuExpressionArithmetic.h"
+#include "checks/ZentuTextTable.h"
 #include "document/ZentuCommandItems.h"
 
 namespace Messages = ZentuJobDocumentMessages;
@@ -74,6 +77,39 @@ bool precedes(const ZentuFinding& a, const ZentuFinding& b) {
     return std::tie(a.range.line, a.range.column) < std::tie(b.range.line, b.range.column);
 }
 
+// The identifiers of the DRESP and OPERATOR commands, which the references of an expression name,
+// in one vector indexed by a flat table, where a hash set would allocate a node for each.
+class ResponseIdentifiers {
+  public:
+    explicit ResponseIdentifiers(const ZentuCmdContainer& container) : index_(CountOf(container)) {
+        identifiers_.reserve(CountOf(container));
+        for (const Cmd kind : RESPONSE_KINDS) {
+            for (const auto& command : container.GetCommands(kind)) {
+                // The room taken above keeps every identifier, and the text the table views, in
+                // place.
+                identifiers_.push_back(ZentuCmdIdentifier::text_of(*command));
+                index_.Insert(identifiers_.back(), true);
+            }
+        }
+    }
+
+    // Whether a response bears the identifier.
+    bool Contains(std::string_view identifier) const { return index_.Find(identifier) != nullptr; }
+
+  private:
+    // The kinds of command that an expression refers to.
+    static constexpr std::array<Cmd, 2> RESPONSE_KINDS{Cmd::DRESP, Cmd::OPERATOR};
+
+    // How many commands of those kinds the container holds.
+    static std::size_t CountOf(const ZentuCmdContainer& container) {
+        return container.GetNumberOfCommands(Cmd::DRESP) +
+               container.GetNumberOfCommands(Cmd::OPERATOR);
+    }
+
+    std::vector<std::string> identifiers_;
+    ZentuTextTable<bool> index_;
+};
+
 }  // namespace
 
 // Types one document into its container, mirroring what the parameter-file reader does, and
@@ -121,6 +157,12 @@ class ZentuTypedJobReader {
         job_.commandOrigins_.Reserve(job_.document_.Commands().size());
     }
 
+    // The text upper-cased as ZentuStringUtil::to_upper does it, in the reused buffer.
+    const std::string& Upper(std::string_view text) {
+        ZentuStringUtil::to_upper_into(text, upper_);
+        return upper_;
+    }
+
     const ZentuDocumentCommand& DocumentCommand(std::size_t index) const {
         return job_.document_.Commands()[index];
     }
@@ -133,7 +175,7 @@ class ZentuTypedJobReader {
 
     void ReadCommand(std::size_t index) {
         const ZentuDocumentCommand& parsed = DocumentCommand(index);
-        const auto found = config_.cmd_metadata.find(ZentuStringUtil::to_upper(parsed.keyword));
+        const auto found = config_.cmd_metadata.find(Upper(parsed.keyword));
         if (found == config_.cmd_metadata.end()) {
             ReportUnknownCommand(parsed);
         }
@@ -148,12 +190,15 @@ class ZentuTypedJobReader {
     }
 
     void ReportUnknownCommand(const ZentuDocumentCommand& parsed) {
-        std::vector<std::string> keywords;
-        for (const ZentuCommandSchema& command : schema_.commands) {
-            keywords.push_back(command.keyword);
+        if (!keywords_) {
+            std::vector<std::string> keywords;
+            for (const ZentuCommandSchema& command : schema_.commands) {
+                keywords.push_back(command.keyword);
+            }
+            std::sort(keywords.begin(), keywords.end());
+            keywords_.emplace(std::move(keywords));
         }
-        std::sort(keywords.begin(), keywords.end());
-        const std::string meant = ZentuSuggestion::closest(parsed.keyword, keywords);
+        const std::string meant = keywords_->Closest(parsed.keyword);
         Report(ZentuFindingCodes::UNKNOWN_COMMAND,
                KPL_Failure::Format(Messages::UNKNOWN_COMMAND, parsed.keyword.c_str()) +
                    did_you_mean(meant, "'"),
@@ -164,7 +209,7 @@ class ZentuTypedJobReader {
                   const ZentuCmdMetaData& description, ZentuCmd& command) {
         const ZentuDocumentCommand& parsed = DocumentCommand(commandIndex);
         const ZentuDocumentItem& written = parsed.items[itemIndex];
-        const std::string name = ZentuStringUtil::to_upper(written.name);
+        const std::string& name = Upper(written.name);
         const auto found = description.GetMetaData().find(name);
         if (found == description.GetMetaData().end()) {
             if (!name.empty()) {
@@ -188,11 +233,16 @@ class ZentuTypedJobReader {
 
     void ReportUnknownItem(const ZentuDocumentCommand& parsed, const ZentuDocumentItem& written,
                            const std::string& name, const ZentuCmdMetaData& description) {
-        std::vector<std::string> names;
-        for (const auto& entry : description.GetMetaData()) {
-            names.push_back(entry.first);
+        auto suggestions = itemNames_.find(&description);
+        if (suggestions == itemNames_.end()) {
+            std::vector<std::string> names;
+            for (const auto& entry : description.GetMetaData()) {
+                names.push_back(entry.first);
+            }
+            suggestions =
+                itemNames_.emplace(&description, ZentuSuggestions(std::move(names))).first;
         }
-        const std::string meant = ZentuSuggestion::closest(name, names);
+        const std::string meant = suggestions->second.Closest(name);
         const std::string withId =
             parsed.IdName().empty() ? std::string() : Messages::WITH_ID_NAME + parsed.IdName();
         std::string message = KPL_Failure::Format(Messages::UNKNOWN_ITEM, name.c_str(),
@@ -211,7 +261,7 @@ class ZentuTypedJobReader {
     void CheckExpressions() {
         ZentuCmdContainer& container = job_.container_;
         const auto setup = ZentuDrespExpressionParser::create_token_setup(container);
-        const std::unordered_set<std::string> responses = ResponseIdentifiers();
+        const ResponseIdentifiers responses(container);
         for (std::size_t i = 0; i < container.GetNumberOfCommands(Cmd::OPERATOR); ++i) {
             ZentuCmd& command = container.GetCommand(Cmd::OPERATOR, i);
             if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
@@ -229,7 +279,7 @@ class ZentuTypedJobReader {
     // identifier probably meant, else the tokenizer's refusal. Returns whether there was one.
     bool CheckExpression(const ZentuCmd& command, const ZentuCmdItem& expression,
                          const std::vector<ZentuMathExpressions::TokenDescription>& setup,
-                         const std::unordered_set<std::string>& responses) {
+                         const ResponseIdentifiers& responses) {
         const std::string& text = expression.GetString();
         // Where the expression stands is looked up only for a report, as most expressions are
         // sound.
@@ -253,7 +303,7 @@ class ZentuTypedJobReader {
             }
             const std::string_view name = std::string_view(text).substr(open + 1, close - open - 1);
             ZentuStringUtil::to_upper_into(name, upperName_);
-            if (responses.count(upperName_) == 0) {
+            if (!responses.Contains(upperName_)) {
                 const std::string meant = ClosestIdentifier(std::string(name));
                 Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
                        KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
@@ -291,16 +341,6 @@ class ZentuTypedJobReader {
                                                    : DocumentCommand(origin.command).keyword_range;
     }
 
-    std::unordered_set<std::string> ResponseIdentifiers() const {
-        std::unordered_set<std::string> identifiers;
-        for (Cmd kind : {Cmd::DRESP, Cmd::OPERATOR}) {
-            for (const auto& command : job_.container_.GetCommands(kind)) {
-                identifiers.insert(ZentuCmdIdentifier::text_of(*command));
-            }
-        }
-        return identifiers;
-    }
-
     // The identifier that text most probably meant. The identifiers are gathered once, each
     // once, so that a file of many references and many commands stays fast.
     std::string ClosestIdentifier(const std::string& text) {
@@ -309,10 +349,11 @@ class ZentuTypedJobReader {
             for (const ZentuCmd& command : job_.container_) {
                 unique.insert(ZentuCmdIdentifier::text_of(command));
             }
-            identifiers_.emplace(unique.begin(), unique.end());
-            std::sort(identifiers_->begin(), identifiers_->end());
+            std::vector<std::string> identifiers(unique.begin(), unique.end());
+            std::sort(identifiers.begin(), identifiers.end());
+            identifiers_.emplace(std::move(identifiers));
         }
-        return ZentuSuggestion::closest(text, *identifiers_);
+        return identifiers_->Closest(text);
     }
 
     void Complete() {
@@ -388,11 +429,17 @@ class ZentuTypedJobReader {
         }
     }
 
+    // Only the commands that may hold an item of a reference kind are looked up and into.
     void CheckReferences() {
+        const std::uint64_t referenceKinds = referenceKinds_.to_ullong();
         for (const ZentuCmd& command : job_.container_) {
+            const std::uint64_t kinds = command.KindsWithSequences() & referenceKinds;
+            if (kinds == 0) {
+                continue;
+            }
             const ZentuOrigin origin = job_.OriginOf(command);
             for (std::size_t kind = 0; kind < referenceKinds_.size(); ++kind) {
-                if (!referenceKinds_.test(kind)) {
+                if ((kinds >> kind & 1U) == 0) {
                     continue;
                 }
                 for (const auto& item : command.GetItemRange(static_cast<CmdItem>(kind))) {
@@ -436,7 +483,13 @@ class ZentuTypedJobReader {
     // The upper-case name of the reference checked last, whose room the next one reuses.
     std::string upperName_;
     // The identifiers of the completed job, sorted, once asked for.
-    std::optional<std::vector<std::string>> identifiers_;
+    std::optional<ZentuSuggestions> identifiers_;
+    // The schema's command keywords, sorted, once asked for.
+    std::optional<ZentuSuggestions> keywords_;
+    // The item names of each command description that an unknown item was met in.
+    std::unordered_map<const ZentuCmdMetaData*, ZentuSuggestions> itemNames_;
+    // The upper-case keyword or item name looked up last, whose room the next one reuses.
+    std::string upper_;
 };
 
 ZentuTypedJob::ZentuTypedJob(ZentuJobDocument document, const ZentuJobSchema& schema,
