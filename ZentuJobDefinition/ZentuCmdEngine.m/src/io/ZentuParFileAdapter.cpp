@@ -117,7 +117,7 @@ class CommandReader {
         KnownCommand made{std::string(keyword),
                           found == config_.cmd_metadata.end() ? &unknownCommand_ : &found->second,
                           {}};
-        return Keep(commands_, std::move(made), unknownKeyword_);
+        return Keep(commands_, std::move(made), overflowCommand_);
     }
 
     // The item name's entry under the command, found among those met or made now.
@@ -130,7 +130,7 @@ class CommandReader {
         const ZentuCmdMetaData::ItemMap& items = command.description->GetMetaData();
         const auto found = items.find(Upper(name));
         KnownItem made{std::string(name), upper_, found == items.end() ? nullptr : &found->second};
-        return Keep(command.items, std::move(made), unknownItem_);
+        return Keep(command.items, std::move(made), overflowItem_);
     }
 
     // The entry kept among the others while there is room, else in the one place for the rest.
@@ -154,8 +154,9 @@ class CommandReader {
     ZentuCmdContainer& container_;
     const ZentuCmdMetaData unknownCommand_;
     std::vector<KnownCommand> commands_;
-    KnownCommand unknownKeyword_;
-    KnownItem unknownItem_;
+    // Where a keyword, and an item name, met once the kept ones are full stands while it is read.
+    KnownCommand overflowCommand_;
+    KnownItem overflowItem_;
     std::string keyword_;
     std::string upper_;
     std::string value_;

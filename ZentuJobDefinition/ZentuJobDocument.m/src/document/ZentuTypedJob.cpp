@@ -302,8 +302,7 @@ class ZentuTypedJobReader {
                 break;
             }
             const std::string_view name = std::string_view(text).substr(open + 1, close - open - 1);
-            ZentuStringUtil::to_upper_into(name, upperName_);
-            if (!responses.Contains(upperName_)) {
+            if (!responses.Contains(Upper(name))) {
                 const std::string meant = ClosestIdentifier(std::string(name));
                 Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
                        KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
@@ -480,15 +479,14 @@ class ZentuTypedJobReader {
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The tokens of the expression checked last, whose room the next one reuses.
     std::vector<ZentuMathExpressions::Token> tokens_;
-    // The upper-case name of the reference checked last, whose room the next one reuses.
-    std::string upperName_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<ZentuSuggestions> identifiers_;
     // The schema's command keywords, sorted, once asked for.
     std::optional<ZentuSuggestions> keywords_;
     // The item names of each command description that an unknown item was met in.
     std::unordered_map<const ZentuCmdMetaData*, ZentuSuggestions> itemNames_;
-    // The upper-case keyword or item name looked up last, whose room the next one reuses.
+    // The upper-case keyword, item name or reference looked up last, whose room the next one
+    // reuses.
     std::string upper_;
 };
 
