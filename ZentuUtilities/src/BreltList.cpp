@@ -397,6 +397,38 @@ class ProgressionTarget {
     std::uint64_t countBound_ = 0;
 };
 
+// Counts the values that a reading adds without keeping them, so that a trial reading allocates
+// nothing. Overlapping ranges may count a value twice, so once the counts pass the bound the
+// answer is left to a reading that keeps the progressions.
+class CountingTarget {
+  public:
+    // A reading into a fresh list starts empty anyway.
+    static bool ClearOnRead() { return true; }
+
+    // Forgets what was counted.
+    void Clear() { count_ = 0; }
+
+    // The step of a range written without one, that of a default list.
+    static int DefaultStep() { return 1; }
+
+    // Whether the counts stay within maxSize with the progression added; when they do not, the
+    // list may still fit, which Undecided() tells.
+    bool Fits(const Progression& added, std::size_t maxSize) {
+        undecided_ = count_ + added.Count() > maxSize;
+        return !undecided_;
+    }
+
+    // Counts the progression's values.
+    void Add(const Progression& added) { count_ += added.Count(); }
+
+    // Whether the reading stopped at a bound that the distinct values might not pass.
+    bool Undecided() const { return undecided_; }
+
+  private:
+    std::uint64_t count_ = 0;
+    bool undecided_ = false;
+};
+
 // Reads one list from a source of characters into a target: numbers, each followed by a separator
 // that adds it as a value, opens a range or gives the range its end. A quiet reader logs nothing.
 template <typename Source, typename Target, bool Logged = true>
@@ -443,6 +475,9 @@ class Reader {
         TraceLine(__LINE__, Messages::BRELT_LIST_READ_SUCCEEDED);
         return ReadOutcome{};
     }
+
+    // Whether a range with a step of 0 was added, which a logged reading warns about.
+    bool ZeroStepMet() const { return zeroStepMet_; }
 
   private:
     // Logs a line that takes no argument.
@@ -530,6 +565,7 @@ class Reader {
         }
         const ReadError error = Add(SingleValue(start));
         if (error == ReadError::NONE && step == 0) {
+            zeroStepMet_ = true;
             LogLine(KPL_LogMacros::LOG_WARNING, __LINE__, Messages::BRELT_LIST_INVALID_STEP, step);
         }
         return error;
@@ -561,6 +597,7 @@ class Reader {
     const std::size_t maxSize_;
     bool rangeOpen_ = false;
     bool stepped_ = false;
+    bool zeroStepMet_ = false;
     int start_ = 0;
     int end_ = 0;
 };
@@ -793,9 +830,21 @@ bool try_read_brelt_list(const std::string& text, BreltList<int>& list) {
 }
 
 bool is_brelt_list(const std::string& text) {
+    const std::size_t maxSize = CurrentMaxSize();
+    // Without trace lines only a step of 0 logs, so a quiet count that meets none and stays within
+    // the bound gives the answer, and the log, of the full reading.
+    if (!KPL_LogMacros::IsLogEnabled(KPL_LogMacros::LOG_TRACE)) {
+        TextSource countedSource(text);
+        CountingTarget counter;
+        Reader<TextSource, CountingTarget, false> counting(countedSource, counter, maxSize);
+        const ReadError error = counting.Read().error;
+        if (!counting.ZeroStepMet() && !counter.Undecided()) {
+            return error == ReadError::NONE;
+        }
+    }
     TextSource source(text);
     ProgressionTarget target;
-    return Reader<TextSource, ProgressionTarget>(source, target, CurrentMaxSize()).Read().error ==
+    return Reader<TextSource, ProgressionTarget>(source, target, maxSize).Read().error ==
            ReadError::NONE;
 }
 

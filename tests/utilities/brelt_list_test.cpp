@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iterator>
 #include <random>
 #include <sstream>
@@ -102,8 +103,15 @@ Reading ReadEverywhere(const std::string& text, const BreltList<int>& list = Bre
     }
     EXPECT_EQ(readings[1].message, readings[0].message);
     if (list == BreltList<int>()) {
-        LogRecorder quiet;
-        EXPECT_EQ(is_brelt_list(text), readings[0].succeeded);
+        // The validating reader answers and logs as the trial does, with trace lines and without.
+        for (const int verbosity : {KPL_LogMacros::LOG_TRACE, KPL_LogMacros::LOG_WARNING}) {
+            LogRecorder recorder(verbosity);
+            EXPECT_EQ(is_brelt_list(text), readings[0].succeeded);
+            Log passed;
+            std::copy_if(readings[0].log.begin(), readings[0].log.end(), std::back_inserter(passed),
+                         [verbosity](const LogLine& line) { return line.first <= verbosity; });
+            EXPECT_EQ(recorder.Take(), passed) << verbosity;
+        }
     }
     return readings[0];
 }
