@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -25,6 +26,7 @@
 namespace {
 
 namespace fs = std::filesystem;
+using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
 using ZentuStringUtil::to_upper;
 
@@ -191,6 +193,57 @@ TEST(TypedJob, TracesGeneratedOperatorsToTheExpressionAndLeavesDefaultsUntraced)
                   "GROUP_DEF DESIGN <- 0", "DRESP MASS <- 1", "DRESP DISP <- 2", "OPERATOR O <- 3",
                   "OPERATOR _DRESPEXPR_+1*%MASS%+1*%DISP%_ <- 3", "OPTIMIZE  <- 4",
                   "OPT_PARAM __DEFAULT_OPT_PARAM_ <- -", "STOP __DEFAULT_STOP_ <- -"}));
+}
+
+// Where the built-in schema's expression rule stands among its rules.
+enum class ExpressionRule { FIRST, LAST, ABSENT };
+
+// The built-in schema with its expression rule first, as it comes, last or left out.
+ZentuJobSchema BuiltinWithExpressionRule(ExpressionRule placement) {
+    ZentuJson document = ZentuJson::parse(ZentuJobSchema::BuiltinText());
+    ZentuJson& rules = document["rules"];
+    const auto rule = std::find_if(rules.begin(), rules.end(), [](const ZentuJson& entry) {
+        return entry["rule"] == "dresp_expressions";
+    });
+    const ZentuJson expressions = *rule;
+    if (placement != ExpressionRule::FIRST) {
+        rules.erase(rule);
+    }
+    if (placement == ExpressionRule::LAST) {
+        rules.push_back(expressions);
+    }
+    return ZentuJobSchema::Parse(document, "test");
+}
+
+// Each faulty expression is reported where it is written whether the expression rule reads it, a
+// rule before it fails (here on a keyword in lower case), or no rule reads expressions; the sound
+// one is expanded only where the rule runs through.
+TEST(TypedJob, ReportsFaultyExpressionsWhereverTheExpressionRuleStands) {
+    const std::string deep = std::string(201, '(') + "%mass%" + std::string(201, ')');
+    const std::string text =
+        kResponses + "OPERATOR\n  ID_NAME = o1\n  ADD_FILE = %mass% + %dips%\nEND_\n" +
+        "OPERATOR\n  ID_NAME = o2\n  ADD_FILE = %mass% # 2\nEND_\n" +
+        "OPERATOR\n  ID_NAME = o3\n  ADD_FILE = " + deep + "\nEND_\n" +
+        "OPERATOR\n  ID_NAME = o4\n  ADD_FILE = 2 * %disp%\nEND_\n" + "dv\n  ID_NAME = d1\nEND_\n";
+    for (const auto& [placement, expanded] :
+         {std::pair{ExpressionRule::FIRST, true}, std::pair{ExpressionRule::LAST, false},
+          std::pair{ExpressionRule::ABSENT, false}}) {
+        SCOPED_TRACE(static_cast<int>(placement));
+        const ZentuTypedJob job = ZentuTypedJob::ReadText(
+            text, "job.par", BuiltinWithExpressionRule(placement), ZentuCompletion::FULL);
+        EXPECT_EQ(zentu_test::FindingLines(job.Findings(), "expression-syntax"),
+                  (std::vector<std::string>{
+                      "expression-syntax 14:23-14:29 %dips% in the expression names no DRESP or "
+                      "OPERATOR command; did you mean %DISP%? => %DISP%",
+                      "expression-syntax 18:14-18:24 Unknown character '#' at position 8 in "
+                      "expression \"%mass% # 2\""}));
+        EXPECT_EQ(zentu_test::FindingLines(job.Findings(), "expression-unsupported"),
+                  std::vector<std::string>{"expression-unsupported 22:14-22:422 the expression "
+                                           "nests 201 levels deep, more than the 200 that are "
+                                           "expanded"});
+        const ZentuCmd& sound = job.Container().GetCommand(Cmd::OPERATOR, 3);
+        EXPECT_EQ(sound.HasItem(CmdItem::ADD_FILE, 0), !expanded);
+    }
 }
 
 }  // namespace

@@ -236,10 +236,14 @@ TEST_F(DrespExpressionTest, TokenSequencesWithoutExpressionText) {
     EXPECT_EQ(container_.GetNumberOfCommands(Cmd::OPERATOR), 3U);
 }
 
+// Expressions that the tokenizer refuses.
+const std::vector<std::string> kBadExpressions = {
+    "%A% $ %B%", "%X% + %A%", "(%A% + %B%",  "%A% + %B%)", "+",
+    "%A% +",     "*%A%",      "%A% + * %B%", "%A% %B%",    "2*-%A%"};
+
 // A bad expression fails with the parser's message, after earlier commands were expanded.
 TEST_F(DrespExpressionTest, ABadExpressionFailsAtItsCommandAndKeepsEarlierChanges) {
-    for (const std::string bad : {"%A% $ %B%", "%X% + %A%", "(%A% + %B%", "%A% + %B%)", "+",
-                                  "%A% +", "*%A%", "%A% + * %B%", "%A% %B%", "2*-%A%"}) {
+    for (const std::string& bad : kBadExpressions) {
         SCOPED_TRACE(bad);
         container_ = ZentuCmdContainer();
         Dresp("A");
@@ -257,6 +261,55 @@ TEST_F(DrespExpressionTest, ABadExpressionFailsAtItsCommandAndKeepsEarlierChange
             EXPECT_EQ(Appended(container_, *untouched), "");
         }
         EXPECT_EQ(failing.Items(CmdItem::ADD_FILE)[0]->GetString(), bad);
+    }
+}
+
+// While a handler of unreadable expressions lives on the thread, the rule hands each bad one over
+// with the message it would fail with, erases it and expands the others; the innermost handler
+// takes it, and once the handlers are gone the rule fails again.
+TEST_F(DrespExpressionTest, AHandlerTakesBadExpressionsAndTheRuleGoesOn) {
+    using ZentuDrespExpressionParser::UnreadableExpressions;
+    const auto recorder = [](Lines& handed) {
+        return [&handed](const ZentuCmd& command, const ZentuCmdItem& expression,
+                         const KPL_Exception& refusal) {
+            handed.push_back(IdOf(command) + " " + expression.GetString() + ": " +
+                             refusal.GetMessage());
+        };
+    };
+    for (const std::string& bad : kBadExpressions) {
+        SCOPED_TRACE(bad);
+        const auto build = [this, &bad] {
+            container_ = ZentuCmdContainer();
+            Dresp("A");
+            Dresp("B");
+            Operator("P1", "%A% + %B%");
+            Operator("P2", bad);
+            Operator("P3", "%A% - %B%");
+        };
+        build();
+        const std::string message = zentu_test::FailureOf([this] { Run(); }).GetMessage();
+        Lines outer;
+        Lines inner;
+        {
+            const UnreadableExpressions outerHandler(recorder(outer));
+            {
+                const UnreadableExpressions innerHandler(recorder(inner));
+                build();
+                Run();
+                EXPECT_TRUE(innerHandler.RuleRan());
+            }
+            EXPECT_FALSE(outerHandler.RuleRan());
+            build();
+            Run();
+            EXPECT_TRUE(outerHandler.RuleRan());
+            EXPECT_EQ(Expansions(),
+                      (Lines{"A: ", "B: ", "P1: COMBINE 1*A 1*B", "P2: ", "P3: COMBINE 1*A -1*B"}));
+            EXPECT_TRUE(container_.GetCommand(Cmd::OPERATOR, 1).Items(CmdItem::ADD_FILE).empty());
+        }
+        EXPECT_EQ(inner, Lines{"P2 " + bad + ": " + message});
+        EXPECT_EQ(outer, inner);
+        build();
+        EXPECT_EQ(zentu_test::FailureOf([this] { Run(); }).GetMessage(), message);
     }
 }
 

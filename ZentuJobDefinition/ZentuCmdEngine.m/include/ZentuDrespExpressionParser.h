@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "ZentuCmd.h"
@@ -7,6 +8,8 @@
 #include "ZentuCmdEngineExport.h"
 #include "ZentuCmdItemDefs.h"
 #include "ZentuMathExpressions.h"
+
+class KPL_Exception;
 
 namespace ZentuDrespExpressionParser {
 
@@ -16,6 +19,38 @@ namespace ZentuDrespExpressionParser {
 // are written %ID_NAME% and name DRESP or OPERATOR commands. Register it as a container rule.
 ZENTU_CMD_ENGINE_API void dresp_expression_rule(ZentuCmdContainer& container,
                                                 const ZentuCmdItemDefs::KeywordMap& keywords);
+
+// While one lives on a thread, dresp_expression_rule on that thread hands each expression whose
+// text it cannot read to the handler and erases it, where it would otherwise fail, and goes on
+// with the next; a front end that reports every problem of a file so has the sound expressions
+// expanded without reading any expression twice. The innermost of nested ones handles.
+class ZENTU_CMD_ENGINE_API UnreadableExpressions {
+  public:
+    // Receives the command, its expression item, still in place, and the tokenizer's refusal.
+    using Handler = std::function<void(const ZentuCmd& command, const ZentuCmdItem& expression,
+                                       const KPL_Exception& refusal)>;
+
+    // Hands the unreadable expressions of this thread's rule runs to handler from now on.
+    explicit UnreadableExpressions(Handler handler);
+    // Gives the handling back to the enclosing one, if any.
+    ~UnreadableExpressions();
+    UnreadableExpressions(const UnreadableExpressions&) = delete;
+    UnreadableExpressions& operator=(const UnreadableExpressions&) = delete;
+
+    // Whether dresp_expression_rule has started on this thread since this one was made.
+    bool RuleRan() const { return ruleRan_; }
+
+  private:
+    friend void dresp_expression_rule(ZentuCmdContainer& container,
+                                      const ZentuCmdItemDefs::KeywordMap& keywords);
+
+    // The innermost one of this thread, or null.
+    static UnreadableExpressions* Current();
+
+    Handler handler_;
+    UnreadableExpressions* enclosing_;
+    bool ruleRan_ = false;
+};
 
 // The token descriptions with which dresp_expression_rule reads the expressions of container:
 // first its references, %ID_NAME% of every DRESP and then every OPERATOR command, matched

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <utility>
 
+#include "KPL_Failure.h"
 #include "ZentuCmdScalarItem.h"
 #include "ZentuStringUtil.h"
 #include "model/ZentuCmdIdentifierIndex.h"
@@ -511,6 +512,10 @@ void dresp_expression_rule(ZentuCmdContainer& container,
         });
     Reduction reduction{keywords, container, index, {}, {}, {}, {}};
     std::vector<Token> tokens;
+    UnreadableExpressions* const unreadable = UnreadableExpressions::Current();
+    if (unreadable != nullptr) {
+        unreadable->ruleRan_ = true;
+    }
     // Generated commands are appended behind the ones that hold expressions and are not visited.
     const std::size_t operatorCount = container.GetNumberOfCommands(Cmd::OPERATOR);
     for (std::size_t i = 0; i < operatorCount; ++i) {
@@ -519,11 +524,40 @@ void dresp_expression_rule(ZentuCmdContainer& container,
             !command.Item(CmdItem::ADD_FILE, 0).HasString()) {
             continue;
         }
-        read_expression(command.Item(CmdItem::ADD_FILE, 0), setup, tokens);
+        try {
+            read_expression(command.Item(CmdItem::ADD_FILE, 0), setup, tokens);
+        } catch (const KPL_Exception& refusal) {
+            if (unreadable == nullptr) {
+                throw;
+            }
+            unreadable->handler_(command, command.Item(CmdItem::ADD_FILE, 0), refusal);
+            command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
+            continue;
+        }
         start_expression(reduction);
         reduce_expression(tokens, reduction, command);
         command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
     }
+}
+
+namespace {
+
+// The innermost handler of unreadable expressions of each thread.
+thread_local UnreadableExpressions* currentUnreadable = nullptr;
+
+}  // namespace
+
+UnreadableExpressions::UnreadableExpressions(Handler handler)
+    : handler_(std::move(handler)), enclosing_(currentUnreadable) {
+    currentUnreadable = this;
+}
+
+UnreadableExpressions::~UnreadableExpressions() {
+    currentUnreadable = enclosing_;
+}
+
+UnreadableExpressions* UnreadableExpressions::Current() {
+    return currentUnreadable;
 }
 
 void find_combine_expressions(const std::vector<Token>& tokens,

@@ -4,6 +4,8 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -132,7 +134,6 @@ class ZentuTypedJobReader {
             job_.document_.Findings().begin(), job_.document_.Findings().end(),
             [](const ZentuFinding& finding) { return finding.code == ZentuFindingCodes::IO; });
         if (completion == ZentuCompletion::FULL && readable) {
-            CheckExpressions();
             Complete();
             TraceGeneratedCommands();
             CheckReferences();
@@ -255,13 +256,15 @@ class ZentuTypedJobReader {
                written.name_range, meant);
     }
 
-    // Expressions are checked here, where their place is known, before the expression rule
-    // meets them; a faulty one is taken out, so that the rule still expands the others and
-    // every fault of the file is reported in one run.
-    void CheckExpressions() {
+    // An expression is checked where its place is known: the expression rule hands over each one
+    // that it cannot read and goes on with the next, so that the others are still expanded and
+    // every fault of the file is reported in one run, without reading an expression twice. Only
+    // the depth of an expression is judged before the rule, which would meet a deep one with time
+    // and memory. When the schema has no expression rule, or a rule before it fails, every
+    // expression is read here instead.
+    void TakeOutExpressions(bool deepOnly) {
         ZentuCmdContainer& container = job_.container_;
-        const auto setup = ZentuDrespExpressionParser::create_token_setup(container);
-        const ResponseIdentifiers responses(container);
+        std::optional<std::vector<ZentuMathExpressions::TokenDescription>> setup;
         for (std::size_t i = 0; i < container.GetNumberOfCommands(Cmd::OPERATOR); ++i) {
             ZentuCmd& command = container.GetCommand(Cmd::OPERATOR, i);
             if (!command.HasItem(CmdItem::ADD_FILE, 0) ||
@@ -269,32 +272,53 @@ class ZentuTypedJobReader {
                 continue;
             }
             const ZentuCmdItem& expression = command.Item(CmdItem::ADD_FILE, 0);
-            if (CheckExpression(command, expression, setup, responses)) {
+            const std::string& text = expression.GetString();
+            bool faulty = TooDeep(command, expression, text);
+            if (!faulty && !deepOnly) {
+                if (!setup) {
+                    setup = ZentuDrespExpressionParser::create_token_setup(container);
+                }
+                faulty = NamesNoResponse(command, expression, text) ||
+                         Unreadable(command, expression, text, *setup);
+            }
+            if (faulty) {
                 command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
             }
         }
     }
 
-    // Reports the expression's first problem: a reference that names no response, with the
-    // identifier probably meant, else the tokenizer's refusal. Returns whether there was one.
-    bool CheckExpression(const ZentuCmd& command, const ZentuCmdItem& expression,
-                         const std::vector<ZentuMathExpressions::TokenDescription>& setup,
-                         const ResponseIdentifiers& responses) {
+    // Reports an expression that the rule could not read: a reference that names no response,
+    // with the identifier probably meant, else the tokenizer's refusal.
+    void ReportUnreadable(const ZentuCmd& command, const ZentuCmdItem& expression,
+                          const KPL_Exception& refusal) {
         const std::string& text = expression.GetString();
-        // Where the expression stands is looked up only for a report, as most expressions are
-        // sound.
-        const auto range = [&](std::size_t begin, std::size_t end) {
-            return ValueRange(job_.OriginOf(command, expression), begin, end);
-        };
-        if (const std::size_t depth = nesting_of(text);
-            depth > ZentuExpressionArithmetic::MAX_DEPTH) {
-            // Each level becomes a generated operator whose name holds the levels inside it, so
-            // a deep expression would cost time and memory that grow with the square of it.
-            Report(ZentuFindingCodes::EXPRESSION_UNSUPPORTED,
-                   KPL_Failure::Format(Messages::EXPRESSION_TOO_DEEP, depth,
-                                       ZentuExpressionArithmetic::MAX_DEPTH),
-                   range(0, text.size()));
-            return true;
+        if (!NamesNoResponse(command, expression, text)) {
+            ReportExpression(ZentuFindingCodes::EXPRESSION_SYNTAX, refusal.GetMessage(), command,
+                             expression, 0, text.size());
+        }
+    }
+
+    // Reports an expression nested too deep; each level becomes a generated operator whose name
+    // holds the levels inside it, so a deep expression would cost time and memory that grow with
+    // the square of it.
+    bool TooDeep(const ZentuCmd& command, const ZentuCmdItem& expression, const std::string& text) {
+        const std::size_t depth = nesting_of(text);
+        if (depth <= ZentuExpressionArithmetic::MAX_DEPTH) {
+            return false;
+        }
+        ReportExpression(ZentuFindingCodes::EXPRESSION_UNSUPPORTED,
+                         KPL_Failure::Format(Messages::EXPRESSION_TOO_DEEP, depth,
+                                             ZentuExpressionArithmetic::MAX_DEPTH),
+                         command, expression, 0, text.size());
+        return true;
+    }
+
+    // Reports the first reference of an expression that names no response, with the identifier
+    // probably meant.
+    bool NamesNoResponse(const ZentuCmd& command, const ZentuCmdItem& expression,
+                         const std::string& text) {
+        if (!responses_) {
+            responses_.emplace(job_.container_);
         }
         for (std::size_t open = text.find(REFERENCE_MARK); open != std::string::npos;) {
             const std::size_t close = text.find(REFERENCE_MARK, open + 1);
@@ -302,26 +326,41 @@ class ZentuTypedJobReader {
                 break;
             }
             const std::string_view name = std::string_view(text).substr(open + 1, close - open - 1);
-            if (!responses.Contains(Upper(name))) {
+            if (!responses_->Contains(Upper(name))) {
                 const std::string meant = ClosestIdentifier(std::string(name));
-                Report(ZentuFindingCodes::EXPRESSION_SYNTAX,
-                       KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
-                                           std::string(name).c_str()) +
-                           did_you_mean(meant, "%"),
-                       range(open, close + 1),
-                       meant.empty() ? meant : REFERENCE_MARK + meant + REFERENCE_MARK);
+                ReportExpression(ZentuFindingCodes::EXPRESSION_SYNTAX,
+                                 KPL_Failure::Format(Messages::EXPRESSION_NAMES_NO_RESPONSE,
+                                                     std::string(name).c_str()) +
+                                     did_you_mean(meant, "%"),
+                                 command, expression, open, close + 1,
+                                 meant.empty() ? meant : REFERENCE_MARK + meant + REFERENCE_MARK);
                 return true;
             }
             open = text.find(REFERENCE_MARK, close + 1);
         }
+        return false;
+    }
+
+    // Reports an expression that the tokenizer refuses.
+    bool Unreadable(const ZentuCmd& command, const ZentuCmdItem& expression,
+                    const std::string& text,
+                    const std::vector<ZentuMathExpressions::TokenDescription>& setup) {
         try {
             ZentuMathExpressions::create_expression(text, setup, tokens_);
         } catch (const KPL_Exception& refusal) {
-            Report(ZentuFindingCodes::EXPRESSION_SYNTAX, refusal.GetMessage(),
-                   range(0, text.size()));
+            ReportUnreadable(command, expression, refusal);
             return true;
         }
         return false;
+    }
+
+    // Reports a finding on the bytes [begin, end) of an expression; where the expression stands
+    // is looked up only for a report, as most expressions are sound.
+    void ReportExpression(const char* code, const std::string& message, const ZentuCmd& command,
+                          const ZentuCmdItem& expression, std::size_t begin, std::size_t end,
+                          const std::string& suggestion = {}) {
+        Report(code, message, ValueRange(job_.OriginOf(command, expression), begin, end),
+               suggestion);
     }
 
     // The range of bytes [begin, end) of an item's value; its command's keyword for an item that
@@ -356,6 +395,13 @@ class ZentuTypedJobReader {
     }
 
     void Complete() {
+        const bool ruleReadsExpressions = ReadsExpressions(config_);
+        TakeOutExpressions(ruleReadsExpressions);
+        const ZentuDrespExpressionParser::UnreadableExpressions unreadable(
+            [this](const ZentuCmd& command, const ZentuCmdItem& expression,
+                   const KPL_Exception& refusal) {
+                ReportUnreadable(command, expression, refusal);
+            });
         try {
             std::array<std::size_t, ZentuCmdDefs::CMD_KIND_COUNT> before{};
             for (std::size_t kind = 0; kind < before.size(); ++kind) {
@@ -370,6 +416,16 @@ class ZentuTypedJobReader {
         } catch (const KPL_Exception& failure) {
             ReportRuleFailure(failure);
         }
+        if (ruleReadsExpressions && !unreadable.RuleRan()) {
+            TakeOutExpressions(false);
+        }
+    }
+
+    // Whether the configuration's rules include the expression rule.
+    static bool ReadsExpressions(const ZentuCmdIoConfig& config) {
+        const auto& rules = config.GetContainerManipulatorRules();
+        return std::find(rules.begin(), rules.end(),
+                         &ZentuDrespExpressionParser::dresp_expression_rule) != rules.end();
     }
 
     // The rule engine fails on a command whose keyword, as written, no description carries: a
@@ -479,6 +535,8 @@ class ZentuTypedJobReader {
     std::bitset<ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT> referenceKinds_;
     // The tokens of the expression checked last, whose room the next one reuses.
     std::vector<ZentuMathExpressions::Token> tokens_;
+    // The identifiers that an expression's references may name, once an expression is faulty.
+    std::optional<ResponseIdentifiers> responses_;
     // The identifiers of the completed job, sorted, once asked for.
     std::optional<ZentuSuggestions> identifiers_;
     // The schema's command keywords, sorted, once asked for.
