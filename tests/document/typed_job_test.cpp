@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -28,6 +29,7 @@ namespace {
 namespace fs = std::filesystem;
 using ZentuCmdDefs::Cmd;
 using ZentuCmdItemDefs::CmdItem;
+using ZentuCmdItemDefs::DataType;
 using ZentuStringUtil::to_upper;
 
 // Reads a file as a host does, with the configuration that the schema describes.
@@ -244,6 +246,59 @@ TEST(TypedJob, ReportsFaultyExpressionsWhereverTheExpressionRuleStands) {
         const ZentuCmd& sound = job.Container().GetCommand(Cmd::OPERATOR, 3);
         EXPECT_EQ(sound.HasItem(CmdItem::ADD_FILE, 0), !expanded);
     }
+}
+
+// A change to any part of a schema's commands that the configuration is built from.
+const std::vector<std::pair<const char*, std::function<void(ZentuJobSchema&)>>> kConfigChanges = {
+    {"keyword", [](ZentuJobSchema& s) { s.commands[0].keyword += "X"; }},
+    {"kind", [](ZentuJobSchema& s) { s.commands[0].kind = Cmd::DRESP; }},
+    {"create_default", [](ZentuJobSchema& s) { s.commands[0].create_default ^= true; }},
+    {"items", [](ZentuJobSchema& s) { s.commands[0].items.pop_back(); }},
+    {"item name", [](ZentuJobSchema& s) { s.commands[0].items[0].name += "X"; }},
+    {"item kind", [](ZentuJobSchema& s) { s.commands[0].items[0].kind = CmdItem::DV; }},
+    {"item type", [](ZentuJobSchema& s) { s.commands[0].items[0].type = DataType::RAW_STRING; }},
+    {"item default", [](ZentuJobSchema& s) { s.commands[0].items[0].default_value = "X"; }},
+    {"item keywords",
+     [](ZentuJobSchema& s) { s.commands[0].items[0].keywords.emplace_back("X", 9); }},
+    {"item references", [](ZentuJobSchema& s) { s.commands[0].items[0].references = Cmd::DV; }},
+    {"commands", [](ZentuJobSchema& s) { s.commands.pop_back(); }},
+};
+
+// Readings of a schema and of its copies share one configuration per completion, until a change
+// to the commands calls for another, which then describes the change.
+TEST(TypedJob, ReadingsShareTheSchemasConfigurationUntilItsCommandsChange) {
+    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
+    const auto full = schema.SharedConfig(ZentuCompletion::FULL);
+    const auto none = schema.SharedConfig(ZentuCompletion::NONE);
+    EXPECT_EQ(schema.SharedConfig(ZentuCompletion::FULL), full);
+    EXPECT_EQ(ZentuJobSchema(schema).SharedConfig(ZentuCompletion::FULL), full);
+    EXPECT_NE(none, full);
+    EXPECT_TRUE(none->GetRuleSequence().empty());
+    EXPECT_EQ(full->GetRuleSequence().size(),
+              schema.BuildConfig(ZentuCompletion::FULL).GetRuleSequence().size());
+    // Descriptions, bounds and the like do not change the configuration.
+    ZentuJobSchema described = schema;
+    described.commands[0].items[0].description += "X";
+    described.commands[0].items[0].required ^= true;
+    EXPECT_EQ(described.SharedConfig(ZentuCompletion::FULL), full);
+    for (const auto& [what, change] : kConfigChanges) {
+        SCOPED_TRACE(what);
+        ZentuJobSchema changed = schema;
+        change(changed);
+        const auto before = schema.SharedConfig(ZentuCompletion::FULL);
+        EXPECT_NE(changed.SharedConfig(ZentuCompletion::FULL), before);
+    }
+    ZentuJobSchema defaulted = schema;
+    defaulted.commands[0].items[1].default_value = "NODE";
+    const std::string& keyword = schema.commands[0].keyword;
+    const std::string& item = schema.commands[0].items[1].name;
+    const auto defaultOf = [&keyword, &item](const ZentuCmdIoConfig& config) {
+        return config.cmd_metadata.at(keyword).GetMetaData().at(item).default_value;
+    };
+    EXPECT_EQ(defaultOf(*defaulted.SharedConfig(ZentuCompletion::FULL)), "NODE");
+    const std::string original = defaultOf(schema.BuildConfig(ZentuCompletion::FULL));
+    EXPECT_NE(original, "NODE");
+    EXPECT_EQ(defaultOf(*schema.SharedConfig(ZentuCompletion::FULL)), original);
 }
 
 }  // namespace

@@ -78,6 +78,9 @@ enum class ZentuCompletion {
 // and schema files are loaded here, so that every front end reads jobs with the same schemas.
 class ZENTU_JOB_DOCUMENT_API ZentuJobSchema {
   public:
+    // A schema without commands or rules.
+    ZentuJobSchema();
+
     // The schema compiled into the library.
     static ZentuJobSchema Builtin();
     // The text of the built-in schema, a JSON document.
@@ -93,6 +96,10 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobSchema {
     // The library configuration that the schema describes. Its bound rules run only while
     // BoundRules() is active on the reading thread (ZentuBoundRules::Scope).
     ZentuCmdIoConfig BuildConfig(ZentuCompletion completion) const;
+    // The configuration that BuildConfig gives, built once and shared by the readings of this
+    // schema and its copies, on any thread, for as long as their commands stay as they were;
+    // building one takes milliseconds, more than reading a small job.
+    std::shared_ptr<const ZentuCmdIoConfig> SharedConfig(ZentuCompletion completion) const;
     // The rules of the schema bound to their parameters.
     const ZentuBoundRules& BoundRules() const;
     // Writes the schema as readable tables, one per command keyword, then the rules.
@@ -108,6 +115,9 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobSchema {
     std::shared_ptr<ZentuBoundRules> bound_ = std::make_shared<ZentuBoundRules>();
     // Adds each parsed rule, bound, to a configuration, in the order of rules.
     std::vector<std::function<void(ZentuCmdIoConfig&)>> ruleAdders_;
+    // The configurations that SharedConfig built, with the commands they were built from.
+    struct ConfigCache;
+    std::shared_ptr<ConfigCache> configs_;
 };
 
 // The name of a data type, as schema files write it.

@@ -4,6 +4,7 @@
 #include <array>
 #include <bitset>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <unordered_map>
@@ -120,7 +121,10 @@ class ZentuTypedJobReader {
   public:
     ZentuTypedJobReader(ZentuTypedJob& job, const ZentuJobSchema& schema,
                         ZentuCompletion completion)
-        : job_(job), config_(schema.BuildConfig(completion)), schema_(schema) {}
+        : job_(job),
+          configHolder_(schema.SharedConfig(completion)),
+          config_(*configHolder_),
+          schema_(schema) {}
 
     void Read(ZentuCompletion completion) {
         const auto& commands = job_.document_.Commands();
@@ -527,7 +531,9 @@ class ZentuTypedJobReader {
     }
 
     ZentuTypedJob& job_;
-    const ZentuCmdIoConfig config_;
+    // The schema's configuration, shared with its other readings.
+    const std::shared_ptr<const ZentuCmdIoConfig> configHolder_;
+    const ZentuCmdIoConfig& config_;
     const ZentuJobSchema& schema_;
     const ZentuCmdMetaData unknownCommand_;
     // The item kinds that hold the reference items read from the file, which CheckReferences

@@ -1,5 +1,10 @@
 #include "ZentuJobSchema.h"
 
+#include <algorithm>
+#include <array>
+#include <mutex>
+#include <tuple>
+
 #include "ZentuCmdMetaData.h"
 
 // Turning a schema into the library's configuration of commands, items and rules.
@@ -41,7 +46,50 @@ ZentuCmdItemMetaData item_metadata(const ItemSchema& item, Completion completion
     }
 }
 
+// Whether two item descriptions give the same configuration: they agree on everything that
+// item_metadata reads.
+bool configures_alike(const ItemSchema& a, const ItemSchema& b) {
+    return std::tie(a.name, a.kind, a.type, a.default_value, a.keywords, a.references) ==
+           std::tie(b.name, b.kind, b.type, b.default_value, b.keywords, b.references);
+}
+
+// Whether two lists of commands give the same configuration: they agree on everything that
+// BuildConfig reads.
+bool configure_alike(const std::vector<CommandSchema>& a, const std::vector<CommandSchema>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const CommandSchema& x, const CommandSchema& y) {
+                          return std::tie(x.keyword, x.kind, x.create_default) ==
+                                     std::tie(y.keyword, y.kind, y.create_default) &&
+                                 std::equal(x.items.begin(), x.items.end(), y.items.begin(),
+                                            y.items.end(), configures_alike);
+                      });
+}
+
 }  // namespace
+
+// One configuration per completion, each with the commands it was built from; the rules that a
+// configuration holds are bound once per schema and shared by its copies, so only the commands,
+// which a host may change, decide whether a configuration still serves.
+struct ZentuJobSchema::ConfigCache {
+    struct Entry {
+        std::vector<ZentuCommandSchema> commands;
+        std::shared_ptr<const ZentuCmdIoConfig> config;
+    };
+    std::mutex mutex;
+    std::array<Entry, 2> entries;
+};
+
+ZentuJobSchema::ZentuJobSchema() : configs_(std::make_shared<ConfigCache>()) {}
+
+std::shared_ptr<const ZentuCmdIoConfig> ZentuJobSchema::SharedConfig(Completion completion) const {
+    ConfigCache::Entry& entry = configs_->entries[completion == Completion::FULL ? 0 : 1];
+    const std::lock_guard<std::mutex> lock(configs_->mutex);
+    if (entry.config == nullptr || !configure_alike(entry.commands, commands)) {
+        entry.config = std::make_shared<const ZentuCmdIoConfig>(BuildConfig(completion));
+        entry.commands = commands;
+    }
+    return entry.config;
+}
 
 ZentuCmdIoConfig ZentuJobSchema::BuildConfig(Completion completion) const {
     const ZentuJobSchema& schema = *this;
