@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "KPL_Failure.h"
 #include "KPL_LogMacros.h"
@@ -14,9 +13,9 @@
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMessages.h"
 #include "ZentuCmdMetaData.h"
+#include "ZentuCmdNameLookup.h"
 #include "ZentuParFile.h"
 #include "ZentuParFileAdapter_Util.h"
-#include "ZentuStringUtil.h"
 
 namespace {
 
@@ -52,49 +51,30 @@ std::unique_ptr<ZentuCmdItem> create_item(const ZentuCmdItemMetaData& metadata,
 
 // Reads the commands of a file into a container. The schema's maps and the item factory take
 // strings, so the texts they are given are copied into buffers that every command reuses rather
-// than into new strings. A job repeats a few keywords and item names many times, so the
-// description found for each, with the upper-case name, is kept under the text as written: one
-// met again needs neither an upper-case copy nor a lookup in the schema's maps.
+// than into new strings.
 class CommandReader {
   public:
     CommandReader(const ZentuCmdIoConfig& config, ZentuCmdContainer& container)
-        : config_(config), container_(container) {}
+        : config_(config), container_(container), names_(config) {}
 
     // Reads one command with its items and their defaults.
     void Read(const ZentuParFileCommands::Command& parsed) {
         keyword_.assign(parsed.keyword);
-        KnownCommand& known = KnownCommandOf(parsed.keyword);
-        ZentuCmd& command = container_.CreateCommand(known.description->GetKey(), keyword_);
+        ZentuCmdNameLookup::KnownCommand& known = names_.CommandOf(parsed.keyword);
+        const ZentuCmdMetaData& description =
+            known.description != nullptr ? *known.description : unknownCommand_;
+        ZentuCmd& command = container_.CreateCommand(description.GetKey(), keyword_);
         for (const ZentuParFileCommands::Item& item : parsed.items) {
             ReadItem(item, known, parsed.idName, command);
         }
-        ZentuCmdContainerRules::add_default_valued_items(command, *known.description,
-                                                         config_.enum_map);
+        ZentuCmdContainerRules::add_default_valued_items(command, description, config_.enum_map);
     }
 
   private:
-    // An item name as written, in upper case, and its description (null when there is none).
-    struct KnownItem {
-        std::string written;
-        std::string name;
-        const ZentuCmdItemMetaData* metadata;
-    };
-
-    // A keyword as written, its description, and the item names met under it.
-    struct KnownCommand {
-        std::string written;
-        const ZentuCmdMetaData* description;
-        std::vector<KnownItem> items;
-    };
-
-    // How many keywords, and item names per keyword, are kept: a job holds far fewer, and a file
-    // of ever new names must not make each look a long walk.
-    static constexpr std::size_t MAX_KNOWN = 32;
-
     // Adds the item if the command's description knows its name, and warns otherwise.
-    void ReadItem(const ZentuParFileCommands::Item& item, KnownCommand& command,
+    void ReadItem(const ZentuParFileCommands::Item& item, ZentuCmdNameLookup::KnownCommand& command,
                   std::string_view idName, ZentuCmd& cmd) {
-        const KnownItem& known = KnownItemOf(item.name, command);
+        const ZentuCmdNameLookup::KnownItem& known = names_.ItemOf(item.name, command);
         if (known.metadata == nullptr) {
             if (!known.name.empty()) {
                 warn_unknown_item(known.name, cmd, idName);
@@ -106,59 +86,11 @@ class CommandReader {
                                                      config_.enum_map, keyword_, idName));
     }
 
-    // The keyword's entry, found among those met or made now.
-    KnownCommand& KnownCommandOf(std::string_view keyword) {
-        for (KnownCommand& known : commands_) {
-            if (known.written == keyword) {
-                return known;
-            }
-        }
-        const auto found = config_.cmd_metadata.find(Upper(keyword));
-        KnownCommand made{std::string(keyword),
-                          found == config_.cmd_metadata.end() ? &unknownCommand_ : &found->second,
-                          {}};
-        return Keep(commands_, std::move(made), overflowCommand_);
-    }
-
-    // The item name's entry under the command, found among those met or made now.
-    const KnownItem& KnownItemOf(std::string_view name, KnownCommand& command) {
-        for (const KnownItem& known : command.items) {
-            if (known.written == name) {
-                return known;
-            }
-        }
-        const ZentuCmdMetaData::ItemMap& items = command.description->GetMetaData();
-        const auto found = items.find(Upper(name));
-        KnownItem made{std::string(name), upper_, found == items.end() ? nullptr : &found->second};
-        return Keep(command.items, std::move(made), overflowItem_);
-    }
-
-    // The entry kept among the others while there is room, else in the one place for the rest.
-    template <typename Known>
-    static Known& Keep(std::vector<Known>& kept, Known made, Known& rest) {
-        if (kept.size() < MAX_KNOWN) {
-            kept.push_back(std::move(made));
-            return kept.back();
-        }
-        rest = std::move(made);
-        return rest;
-    }
-
-    // The text upper-cased as ZentuStringUtil::to_upper does it, in the reused buffer.
-    const std::string& Upper(std::string_view text) {
-        ZentuStringUtil::to_upper_into(text, upper_);
-        return upper_;
-    }
-
     const ZentuCmdIoConfig& config_;
     ZentuCmdContainer& container_;
     const ZentuCmdMetaData unknownCommand_;
-    std::vector<KnownCommand> commands_;
-    // Where a keyword, and an item name, met once the kept ones are full stands while it is read.
-    KnownCommand overflowCommand_;
-    KnownItem overflowItem_;
+    ZentuCmdNameLookup names_;
     std::string keyword_;
-    std::string upper_;
     std::string value_;
 };
 

@@ -18,6 +18,7 @@
 #include "ZentuCmdItem.h"
 #include "ZentuCmdItemFactory.h"
 #include "ZentuCmdMetaData.h"
+#include "ZentuCmdNameLookup.h"
 #include "ZentuDrespExpressionParser.h"
 #include "ZentuJobChecks.h"
 #include "ZentuJobDocumentMessages.h"
@@ -124,6 +125,7 @@ class ZentuTypedJobReader {
         : job_(job),
           configHolder_(schema.SharedConfig(completion)),
           config_(*configHolder_),
+          names_(config_),
           schema_(schema) {}
 
     void Read(ZentuCompletion completion) {
@@ -180,16 +182,16 @@ class ZentuTypedJobReader {
 
     void ReadCommand(std::size_t index) {
         const ZentuDocumentCommand& parsed = DocumentCommand(index);
-        const auto found = config_.cmd_metadata.find(Upper(parsed.keyword));
-        if (found == config_.cmd_metadata.end()) {
+        ZentuCmdNameLookup::KnownCommand& known = names_.CommandOf(parsed.keyword);
+        if (known.description == nullptr) {
             ReportUnknownCommand(parsed);
         }
         const ZentuCmdMetaData& description =
-            found == config_.cmd_metadata.end() ? unknownCommand_ : found->second;
+            known.description != nullptr ? *known.description : unknownCommand_;
         ZentuCmd& command = job_.container_.CreateCommand(description.GetKey(), parsed.keyword);
         job_.commandOrigins_.Insert(&command, ZentuOrigin{index, ZentuOrigin::NONE});
         for (std::size_t item = 0; item < parsed.items.size(); ++item) {
-            ReadItem(index, item, description, command);
+            ReadItem(index, item, known, description, command);
         }
         ZentuCmdContainerRules::add_default_valued_items(command, description, config_.enum_map);
     }
@@ -211,26 +213,27 @@ class ZentuTypedJobReader {
     }
 
     void ReadItem(std::size_t commandIndex, std::size_t itemIndex,
-                  const ZentuCmdMetaData& description, ZentuCmd& command) {
+                  ZentuCmdNameLookup::KnownCommand& known, const ZentuCmdMetaData& description,
+                  ZentuCmd& command) {
         const ZentuDocumentCommand& parsed = DocumentCommand(commandIndex);
         const ZentuDocumentItem& written = parsed.items[itemIndex];
-        const std::string& name = Upper(written.name);
-        const auto found = description.GetMetaData().find(name);
-        if (found == description.GetMetaData().end()) {
-            if (!name.empty()) {
-                ReportUnknownItem(parsed, written, name, description);
+        const ZentuCmdNameLookup::KnownItem& name = names_.ItemOf(written.name, known);
+        if (name.metadata == nullptr) {
+            if (!name.name.empty()) {
+                ReportUnknownItem(parsed, written, name.name, description);
             }
             return;
         }
+        const ZentuCmdItemMetaData& metadata = *name.metadata;
         try {
             std::unique_ptr<ZentuCmdItem> item =
-                ZentuCmdItemFactory::create(name, written.value, found->second, config_.enum_map);
-            const bool reference = found->second.type == DataType::REFERENCE;
+                ZentuCmdItemFactory::create(name.name, written.value, metadata, config_.enum_map);
+            const bool reference = metadata.type == DataType::REFERENCE;
             job_.readItems_.push_back(ZentuTypedJob::ReadItem{item.get(), itemIndex, reference});
             if (reference) {
-                referenceKinds_.set(static_cast<std::size_t>(found->second.key));
+                referenceKinds_.set(static_cast<std::size_t>(metadata.key));
             }
-            command.AddItem(found->second.key, std::move(item));
+            command.AddItem(metadata.key, std::move(item));
         } catch (const KPL_Exception& refusal) {
             Report(ZentuFindingCodes::BAD_VALUE, refusal.GetMessage(), written.value_range);
         }
@@ -534,6 +537,8 @@ class ZentuTypedJobReader {
     // The schema's configuration, shared with its other readings.
     const std::shared_ptr<const ZentuCmdIoConfig> configHolder_;
     const ZentuCmdIoConfig& config_;
+    // The descriptions of the keywords and item names met.
+    ZentuCmdNameLookup names_;
     const ZentuJobSchema& schema_;
     const ZentuCmdMetaData unknownCommand_;
     // The item kinds that hold the reference items read from the file, which CheckReferences
