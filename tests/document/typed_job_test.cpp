@@ -299,6 +299,10 @@ TEST(TypedJob, ReadingsShareTheSchemasConfigurationUntilItsCommandsChange) {
     const std::string original = defaultOf(schema.BuildConfig(ZentuCompletion::FULL));
     EXPECT_NE(original, "NODE");
     EXPECT_EQ(defaultOf(*schema.SharedConfig(ZentuCompletion::FULL)), original);
+    // A schema moved from still gives a configuration, if not a shared one.
+    const ZentuJobSchema taken = std::move(defaulted);
+    EXPECT_NE(defaulted.SharedConfig(ZentuCompletion::FULL),  // NOLINT(bugprone-use-after-move)
+              defaulted.SharedConfig(ZentuCompletion::FULL));
 }
 
 }  // namespace

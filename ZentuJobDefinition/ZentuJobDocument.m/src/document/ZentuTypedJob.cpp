@@ -285,8 +285,7 @@ class ZentuTypedJobReader {
                 if (!setup) {
                     setup = ZentuDrespExpressionParser::create_token_setup(container);
                 }
-                faulty = NamesNoResponse(command, expression, text) ||
-                         Unreadable(command, expression, text, *setup);
+                faulty = Unreadable(command, expression, text, *setup);
             }
             if (faulty) {
                 command.Erase(CmdItem::ADD_FILE, command.begin(CmdItem::ADD_FILE));
@@ -348,7 +347,7 @@ class ZentuTypedJobReader {
         return false;
     }
 
-    // Reports an expression that the tokenizer refuses.
+    // Reports an expression that the tokenizer refuses, as the rule would hand it over.
     bool Unreadable(const ZentuCmd& command, const ZentuCmdItem& expression,
                     const std::string& text,
                     const std::vector<ZentuMathExpressions::TokenDescription>& setup) {

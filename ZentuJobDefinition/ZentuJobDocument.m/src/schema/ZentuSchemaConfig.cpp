@@ -48,20 +48,21 @@ ZentuCmdItemMetaData item_metadata(const ItemSchema& item, Completion completion
 
 // Whether two item descriptions give the same configuration: they agree on everything that
 // item_metadata reads.
-bool configures_alike(const ItemSchema& a, const ItemSchema& b) {
+bool items_configure_alike(const ItemSchema& a, const ItemSchema& b) {
     return std::tie(a.name, a.kind, a.type, a.default_value, a.keywords, a.references) ==
            std::tie(b.name, b.kind, b.type, b.default_value, b.keywords, b.references);
 }
 
 // Whether two lists of commands give the same configuration: they agree on everything that
 // BuildConfig reads.
-bool configure_alike(const std::vector<CommandSchema>& a, const std::vector<CommandSchema>& b) {
+bool commands_configure_alike(const std::vector<CommandSchema>& a,
+                              const std::vector<CommandSchema>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](const CommandSchema& x, const CommandSchema& y) {
                           return std::tie(x.keyword, x.kind, x.create_default) ==
                                      std::tie(y.keyword, y.kind, y.create_default) &&
                                  std::equal(x.items.begin(), x.items.end(), y.items.begin(),
-                                            y.items.end(), configures_alike);
+                                            y.items.end(), items_configure_alike);
                       });
 }
 
@@ -82,9 +83,13 @@ struct ZentuJobSchema::ConfigCache {
 ZentuJobSchema::ZentuJobSchema() : configs_(std::make_shared<ConfigCache>()) {}
 
 std::shared_ptr<const ZentuCmdIoConfig> ZentuJobSchema::SharedConfig(Completion completion) const {
+    if (configs_ == nullptr) {
+        // A schema moved from has given its cache away.
+        return std::make_shared<const ZentuCmdIoConfig>(BuildConfig(completion));
+    }
     ConfigCache::Entry& entry = configs_->entries[completion == Completion::FULL ? 0 : 1];
     const std::lock_guard<std::mutex> lock(configs_->mutex);
-    if (entry.config == nullptr || !configure_alike(entry.commands, commands)) {
+    if (entry.config == nullptr || !commands_configure_alike(entry.commands, commands)) {
         entry.config = std::make_shared<const ZentuCmdIoConfig>(BuildConfig(completion));
         entry.commands = commands;
     }
