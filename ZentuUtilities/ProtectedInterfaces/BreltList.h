@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <iosfwd>
 #include <set>
 #include <string>
@@ -75,6 +76,11 @@ ZENTU_UTILITIES_API bool is_brelt_list(const std::string& text);
 // The values of a text that is_brelt_list accepted, read again without log lines and without the
 // bound, which a host may have lowered since; of any other text, the values before its error.
 ZENTU_UTILITIES_API BreltList<int> values_of_brelt_list(const std::string& text);
+
+// Hands visit the values of values_of_brelt_list(text) in ascending order without holding them,
+// so that memory follows the text: a range of millions of values takes none.
+ZENTU_UTILITIES_API void visit_brelt_list_values(const std::string& text,
+                                                 const std::function<void(int)>& visit);
 
 // The text that operator<< writes for the list.
 ZENTU_UTILITIES_API std::string write_brelt_list(const BreltList<int>& list);

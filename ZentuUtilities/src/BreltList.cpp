@@ -248,51 +248,79 @@ void JoinLattices(std::vector<Progression>& progressions) {
     progressions.resize(progressions.empty() ? 0 : joined + 1);
 }
 
-// The number of distinct values of overlapping progressions, walked in ascending order together;
-// the walk stops once the count passes limit.
-std::uint64_t CountWalkingTogether(const Progression* first, const Progression* last,
-                                   std::uint64_t limit) {
+// Hands visit the distinct values of overlapping progressions in ascending order, walking them
+// together, while visit returns true.
+template <typename Visit>
+void WalkTogether(const Progression* first, const Progression* last, Visit visit) {
     using Cursor = std::pair<std::int64_t, const Progression*>;
     std::priority_queue<Cursor, std::vector<Cursor>, std::greater<>> cursors;
     for (const Progression* progression = first; progression != last; ++progression) {
         cursors.emplace(progression->low, progression);
     }
-    std::uint64_t count = 0;
+    bool first_value = true;
     std::int64_t previous = 0;
-    while (!cursors.empty() && count <= limit) {
+    while (!cursors.empty()) {
         const auto [value, progression] = cursors.top();
         cursors.pop();
-        if (count == 0 || value != previous) {
-            ++count;
-            previous = value;
+        if ((first_value || value != previous) && !visit(value)) {
+            return;
         }
+        first_value = false;
+        previous = value;
         if (value < progression->high) {
             cursors.emplace(value + progression->stride, progression);
         }
     }
-    return count;
 }
 
-// The number of distinct values of the progressions, or a number above cap once it passes cap.
-// Progressions whose spans do not overlap count alone; only overlapping ones of different
-// lattices are walked value by value.
-std::uint64_t CountDistinct(std::vector<Progression> progressions, std::uint64_t cap) {
+// Hands group each run of progressions whose spans overlap, in ascending order of their values,
+// once those of one lattice that touch are joined, while group returns true. A run of one
+// progression holds its values alone; only a longer run has to be walked value by value.
+template <typename Group>
+void ForEachOverlappingRun(std::vector<Progression>& progressions, Group group) {
     JoinLattices(progressions);
     std::sort(progressions.begin(), progressions.end(),
               [](const Progression& a, const Progression& b) { return a.low < b.low; });
-    std::uint64_t total = 0;
-    for (std::size_t first = 0; first < progressions.size() && total <= cap;) {
+    for (std::size_t first = 0; first < progressions.size();) {
         std::size_t last = first + 1;
         std::int64_t high = progressions[first].high;
         for (; last < progressions.size() && progressions[last].low <= high; ++last) {
             high = std::max(high, progressions[last].high);
         }
-        total += last - first == 1
-                     ? progressions[first].Count()
-                     : CountWalkingTogether(&progressions[first],
-                                            &progressions[first] + (last - first), cap - total);
+        if (!group(&progressions[first], &progressions[first] + (last - first))) {
+            return;
+        }
         first = last;
     }
+}
+
+// Hands visit the distinct values of a run of overlapping progressions in ascending order.
+void VisitRun(const Progression* first, const Progression* last,
+              const std::function<void(int)>& visit) {
+    if (last - first > 1) {
+        WalkTogether(first, last, [&visit](std::int64_t value) {
+            visit(static_cast<int>(value));
+            return true;
+        });
+        return;
+    }
+    for (std::int64_t value = first->low; value <= first->high; value += first->stride) {
+        visit(static_cast<int>(value));
+    }
+}
+
+// The number of distinct values of the progressions, or a number above cap once it passes cap.
+std::uint64_t CountDistinct(std::vector<Progression> progressions, std::uint64_t cap) {
+    std::uint64_t total = 0;
+    ForEachOverlappingRun(
+        progressions, [&total, cap](const Progression* first, const Progression* last) {
+            if (last - first == 1) {
+                total += first->Count();
+            } else {
+                WalkTogether(first, last, [&total, cap](std::int64_t) { return ++total <= cap; });
+            }
+            return total <= cap;
+        });
     return total;
 }
 
@@ -379,6 +407,15 @@ class ProgressionTarget {
         std::vector<Progression> all = progressions_;
         all.push_back(added);
         return CountDistinct(std::move(all), maxSize) <= maxSize;
+    }
+
+    // Hands visit each distinct value, in ascending order.
+    void VisitValues(const std::function<void(int)>& visit) {
+        ForEachOverlappingRun(progressions_,
+                              [&visit](const Progression* first, const Progression* last) {
+                                  VisitRun(first, last, visit);
+                                  return true;
+                              });
     }
 
     // Adds the progression; the first one makes room for the pieces of a typical list at once
@@ -855,6 +892,15 @@ BreltList<int> values_of_brelt_list(const std::string& text) {
     Reader<TextSource, ListTarget, false>(source, target, std::numeric_limits<std::size_t>::max())
         .Read();
     return list;
+}
+
+void visit_brelt_list_values(const std::string& text, const std::function<void(int)>& visit) {
+    TextSource source(text);
+    ProgressionTarget target;
+    Reader<TextSource, ProgressionTarget, false>(source, target,
+                                                 std::numeric_limits<std::size_t>::max())
+        .Read();
+    target.VisitValues(visit);
 }
 
 std::string write_brelt_list(const BreltList<int>& list) {

@@ -1,12 +1,15 @@
 // Reads, copies and writes a file of a few lines whose integer lists name ten million values each,
 // and checks, formats and expands it as the command-line tool does, under a limit of 50 MB of
-// address space: what an item holds must follow its text, not its values.
+// address space: what an item holds must follow its text, not its values. A list of three million
+// values is dumped as well, which writes each value but holds none.
 // Sanitizers reserve far more address space than that, so under them the limit is left out.
 #include <sys/resource.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
+#include <streambuf>
 
 #include "ZentuCmdContainer.h"
 #include "ZentuCmdIoConfig.h"
@@ -14,6 +17,7 @@
 #include "ZentuCmdParOutput.h"
 #include "ZentuJobFiles.h"
 #include "ZentuJobFormatter.h"
+#include "ZentuJobJson.h"
 #include "ZentuParFileAdapter.h"
 #include "ZentuTypedJob.h"
 
@@ -37,6 +41,22 @@ int fail(const char* message) {
     std::fprintf(stderr, "%s\n", message);
     return 1;
 }
+
+// Counts the characters written to it and drops them.
+class CountingBuffer : public std::streambuf {
+  public:
+    std::streamsize written = 0;
+
+  protected:
+    int_type overflow(int_type character) override {
+        ++written;
+        return traits_type::not_eof(character);
+    }
+    std::streamsize xsputn(const char_type*, std::streamsize count) override {
+        written += count;
+        return count;
+    }
+};
 
 }  // namespace
 
@@ -78,6 +98,15 @@ int main() {
         !ZentuJobFormatter::format_document(checked.Document(), schema) ||
         ZentuJobFiles::canonical_text(checked.Container()).empty()) {
         return fail("checking, formatting or expanding went wrong");
+    }
+    std::ofstream(input) << "GROUP_DEF\n  ID_NAME = G1\n  ELEMENT_GROUP = 1-3000000\nEND_\n";
+    CountingBuffer dumped;
+    std::ostream dump(&dumped);
+    ZentuJobJson::write_job(input.string(),
+                            ZentuTypedJob::ReadFile(input.string(), schema, ZentuCompletion::FULL),
+                            dump);
+    if (dumped.written < 3000000 * 8) {
+        return fail("the dump left values out");
     }
     std::filesystem::remove(input);
     std::filesystem::remove(output);

@@ -1,6 +1,10 @@
 #include "ZentuJobJson.h"
 
+#include <typeinfo>
+
+#include "BreltList.h"
 #include "ZentuCmd.h"
+#include "ZentuCmdAutoItem.h"
 #include "ZentuCmdIdentifier.h"
 #include "ZentuCmdItem.h"
 #include "ZentuTypedJob.h"
@@ -10,6 +14,20 @@ using json = ZentuJson;
 using ZentuCmdItemDefs::CmdItem;
 
 namespace {
+
+// The values of an item's integer list. The library's automatically typed item holds its list as
+// text, whose values are visited without holding them, so that a range of millions of numbers
+// takes no memory; an item of any other class gives its list.
+template <class Sink>
+void emit_integer_list(const ZentuCmdItem& item, Sink& sink) {
+    if (typeid(item) == typeid(ZentuCmdAutoItem)) {
+        visit_brelt_list_values(item.GetString(), [&sink](int value) { sink.Value(value); });
+        return;
+    }
+    for (int value : item.GetBreltList()) {
+        sink.Value(value);
+    }
+}
 
 // Every reading that the item answers to, under the name of its data type in lower case.
 template <class Sink>
@@ -47,9 +65,7 @@ void emit_readings(const ZentuCmdItem& item, Sink& sink) {
     if (item.HasBreltList()) {
         sink.Key("integer_list");
         sink.BeginArray();
-        for (int value : item.GetBreltList()) {
-            sink.Value(value);
-        }
+        emit_integer_list(item, sink);
         sink.End();
     }
     sink.End();
