@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -136,11 +137,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Reading read = Read(text);
     zentu_fuzz::Require(tried.accepted == read.accepted, "the trial and the reader agree");
     zentu_fuzz::Require(is_brelt_list(text) == read.accepted, "the check and the reader agree");
+    // Without trace lines the check counts instead of keeping the ranges.
+    KPL_LogMacros::SetLogVerbosity(KPL_LogMacros::LOG_WARNING);
+    const bool quietly = is_brelt_list(text);
+    KPL_LogMacros::SetLogVerbosity(KPL_LogMacros::LOG_TRACE);
+    zentu_fuzz::Require(quietly == read.accepted, "the quiet check and the reader agree");
     zentu_fuzz::Require(tried.list.elements == read.list.elements,
                         "the trial and the reader keep the same values");
     zentu_fuzz::Require(tried.log == read.log, "the trial and the reader log the same lines");
     if (read.accepted) {
         RequireRoundTrip(read.list);
+        std::vector<int> visited;
+        visit_brelt_list_values(text, [&visited](int value) { visited.push_back(value); });
+        zentu_fuzz::Require(std::equal(visited.begin(), visited.end(), read.list.elements.begin(),
+                                       read.list.elements.end()),
+                            "visiting gives the values read, in order");
     }
     if (const std::optional<Range> range = RangeOf(data, size)) {
         RequireExactRange(*range);
