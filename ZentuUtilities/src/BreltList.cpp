@@ -257,15 +257,15 @@ void WalkTogether(const Progression* first, const Progression* last, Visit visit
     for (const Progression* progression = first; progression != last; ++progression) {
         cursors.emplace(progression->low, progression);
     }
-    bool first_value = true;
+    bool started = false;
     std::int64_t previous = 0;
     while (!cursors.empty()) {
         const auto [value, progression] = cursors.top();
         cursors.pop();
-        if ((first_value || value != previous) && !visit(value)) {
+        if ((!started || value != previous) && !visit(value)) {
             return;
         }
-        first_value = false;
+        started = true;
         previous = value;
         if (value < progression->high) {
             cursors.emplace(value + progression->stride, progression);
