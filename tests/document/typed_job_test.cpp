@@ -124,12 +124,18 @@ TEST(TypedJob, ExamplesAndGeneratedJobsReadAsTheReaderReadsThem) {
     }
 }
 
-// Texts that JSON escapes or replaces are written as the value dumps them.
+// Texts that JSON escapes or replaces, and texts longer than the writer's buffer, plain or
+// escaped, are written as the value dumps them.
 TEST(TypedJob, JsonOfUnusualTextsWrittenAsDumped) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
-    ExpectJsonWrittenAsDumped(ZentuTypedJob::ReadText(
-        "OPTIONS\n  ID_NAME = o\n  DESCRIPTION = \"q\" \\ caf\xC3\xA9 \x01 \xFF~\x7F\nEND_\n",
-        "x.par", schema, ZentuCompletion::FULL));
+    const std::string longText(70000, 'x');
+    for (const std::string& description : {std::string("\"q\" \\ caf\xC3\xA9 \x01 \xFF~\x7F"),
+                                           longText, longText + "\"", longText + longText}) {
+        SCOPED_TRACE(description.size());
+        ExpectJsonWrittenAsDumped(ZentuTypedJob::ReadText(
+            "OPTIONS\n  ID_NAME = o\n  DESCRIPTION = " + description + "\nEND_\n", "x.par", schema,
+            ZentuCompletion::FULL));
+    }
 }
 
 // What the texts below refer to: a group and two responses.

@@ -1,5 +1,7 @@
 #include "ZentuJobJson.h"
 
+#include <cstddef>
+#include <optional>
 #include <typeinfo>
 
 #include "BreltList.h"
@@ -72,42 +74,61 @@ void emit_readings(const ZentuCmdItem& item, Sink& sink) {
 }
 
 // The line that an origin in the document points at: an item's name, else a command's keyword;
-// null for no origin.
-json line_of(const ZentuJobDocument& document, const ZentuOrigin& origin) {
+// none for no origin.
+std::optional<std::size_t> line_of(const ZentuJobDocument& document, const ZentuOrigin& origin) {
     if (origin.command == ZentuOrigin::NONE) {
-        return nullptr;
+        return std::nullopt;
     }
     const ZentuDocumentCommand& command = document.Commands()[origin.command];
     return origin.item == ZentuOrigin::NONE ? command.line : command.items[origin.item].line;
 }
 
+// The member "line", left out when nothing in the file gave rise to what it describes.
+template <class Sink>
+void emit_line(const std::optional<std::size_t>& line, Sink& sink) {
+    if (line) {
+        sink.Key("line");
+        sink.Value(*line);
+    }
+}
+
+// A command's identifier, or null when it has none.
+template <class Sink>
+void emit_identifier(const ZentuCmd& command, Sink& sink) {
+    const ZentuCmdItem* item = ZentuCmdIdentifier::item_of(command);
+    if (item == nullptr) {
+        sink.Value(json(nullptr));
+        return;
+    }
+    sink.Value(item->GetString());
+}
+
 // An item's entry; without line when nothing in the file gave rise to it.
 template <class Sink>
-void emit_item(CmdItem kind, const ZentuCmdItem& item, const json& line, Sink& sink) {
+void emit_item(CmdItem kind, const ZentuCmdItem& item, const std::optional<std::size_t>& line,
+               Sink& sink) {
     sink.BeginObject();
     sink.Key("name");
     sink.Value(item.GetName());
     sink.Key("kind");
     sink.Value(ZentuCmdItemDefs::CMD_ITEM_NAMES[static_cast<std::size_t>(kind)]);
-    if (!line.is_null()) {
-        sink.Key("line");
-        sink.Value(line);
-    }
+    emit_line(line, sink);
     sink.Key("text");
     sink.Value(item.GetString());
     sink.Key("readings");
     emit_readings(item, sink);
     if (item.HasReference() && item.GetReference() != nullptr) {
         sink.Key("reference");
-        sink.Value(ZentuJobJson::identifier(*item.GetReference()));
+        emit_identifier(*item.GetReference(), sink);
     }
     sink.End();
 }
 
 // An item that the file does not hold takes its command's line, since the command's default or
 // rule added it.
-json item_line(const ZentuTypedJob& job, const ZentuOrigin& commandOrigin, const ZentuCmdItem& item,
-               const json& commandLine) {
+std::optional<std::size_t> item_line(const ZentuTypedJob& job, const ZentuOrigin& commandOrigin,
+                                     const ZentuCmdItem& item,
+                                     const std::optional<std::size_t>& commandLine) {
     const ZentuOrigin origin = job.ItemOriginOf(commandOrigin, item);
     return origin.item == ZentuOrigin::NONE ? commandLine : line_of(job.Document(), origin);
 }
@@ -120,13 +141,10 @@ void emit_command(const ZentuTypedJob& job, const ZentuCmd& command, Sink& sink)
     sink.Key("name");
     sink.Value(command.GetName());
     sink.Key("identifier");
-    sink.Value(ZentuJobJson::identifier(command));
+    emit_identifier(command, sink);
     const ZentuOrigin origin = job.OriginOf(command);
-    const json commandLine = line_of(job.Document(), origin);
-    if (!commandLine.is_null()) {
-        sink.Key("line");
-        sink.Value(commandLine);
-    }
+    const std::optional<std::size_t> commandLine = line_of(job.Document(), origin);
+    emit_line(commandLine, sink);
     sink.Key("items");
     sink.BeginArray();
     for (std::size_t kind = 0; kind < ZentuCmdItemDefs::CMD_ITEM_KIND_COUNT; ++kind) {
@@ -174,12 +192,14 @@ json ZentuJobJson::finding(const ZentuFinding& finding) {
 }
 
 json ZentuJobJson::identifier(const ZentuCmd& command) {
-    const ZentuCmdItem* item = ZentuCmdIdentifier::item_of(command);
-    return item != nullptr ? json(item->GetString()) : json(nullptr);
+    ZentuJsonSinks::Tree sink;
+    emit_identifier(command, sink);
+    return sink.Take();
 }
 
 json ZentuJobJson::line(const ZentuTypedJob& job, const ZentuCmd& command) {
-    return line_of(job.Document(), job.OriginOf(command));
+    const std::optional<std::size_t> line = line_of(job.Document(), job.OriginOf(command));
+    return line ? json(*line) : json(nullptr);
 }
 
 json ZentuJobJson::item(const ZentuTypedJob& job, const ZentuCmd& command, CmdItem kind,

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <optional>
 #include <cstddef>
+#include <cstring>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -40,7 +42,7 @@ class Tree {
         Put(std::move(value));
     }
     // Names the member of an object whose value comes next.
-    void Key(std::string key) { key_ = std::move(key); }
+    void Key(std::string_view key) { key_ = key; }
     // A number, text, null or other value that holds no value of its own to open.
     template <class Scalar>
     void Value(Scalar&& scalar) {
@@ -67,16 +69,18 @@ class Tree {
     std::optional<ZentuJson> done_;
 };
 
-// Writes the value's text as dump() writes it to a stream, in pieces of about PIECE_SIZE bytes,
-// so that neither a big job nor a big command stands whole in memory as text.
+// Writes the value's text as dump() writes it to a stream, through a buffer of PIECE_SIZE bytes,
+// so that neither a big job nor a big command stands whole in memory as text. The pieces of a
+// line are copied into the buffer in place: a job's text is mostly short keys, numbers and
+// blanks, for which a call per piece would cost more than the copy.
 class Text {
   public:
-    explicit Text(std::ostream& stream) : stream_(stream) {}
+    explicit Text(std::ostream& stream) : stream_(stream), buffer_(PIECE_SIZE) {}
 
     // Writes what is not yet written; the value is whole once its last End() is given.
     void Flush() {
-        stream_ << out_;
-        out_.clear();
+        stream_.write(buffer_.data(), static_cast<std::streamsize>(used_));
+        used_ = 0;
     }
 
     // Opens an object, whose members follow as keys and values until End().
@@ -90,15 +94,15 @@ class Text {
         if (!empty) {
             NewLine();
         }
-        out_ += closers_.back();
+        Put(closers_.back());
         closers_.pop_back();
     }
     // Keys are the shape's own names, which need no escapes.
-    void Key(const std::string& key) {
+    void Key(std::string_view key) {
         Separate();
-        out_ += '"';
-        out_ += key;
-        out_ += "\": ";
+        Put('"');
+        Put(key);
+        Put(KEY_END);
         keyed_ = true;
     }
     // A number, text, null or other value that holds no value of its own to open.
@@ -113,20 +117,22 @@ class Text {
     // through dump(), which sets up a serializer for each.
     template <class Number, std::enable_if_t<std::is_integral_v<Number>, int> = 0>
     void Append(Number number) {
-        char digits[24];
-        out_.append(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
+        MakeRoom(MAX_DIGITS);
+        char* const begin = buffer_.data() + used_;
+        used_ +=
+            static_cast<std::size_t>(std::to_chars(begin, begin + MAX_DIGITS, number).ptr - begin);
     }
     void Append(const std::string& text) {
         const bool plain = std::all_of(text.begin(), text.end(), [](char c) {
             return c >= ' ' && c <= '~' && c != '"' && c != '\\';
         });
         if (!plain) {
-            out_ += scalar_text(text);
+            Put(scalar_text(text));
             return;
         }
-        out_ += '"';
-        out_ += text;
-        out_ += '"';
+        Put('"');
+        Put(text);
+        Put('"');
     }
     void Append(const ZentuJson& scalar) {
         if (scalar.is_number_unsigned()) {
@@ -134,14 +140,14 @@ class Text {
         } else if (scalar.is_string()) {
             Append(scalar.get_ref<const std::string&>());
         } else {
-            out_ += scalar_text(scalar);
+            Put(scalar_text(scalar));
         }
     }
-    void Append(double number) { out_ += scalar_text(number); }
+    void Append(double number) { Put(scalar_text(number)); }
 
     void Open(char opener) {
         Separate();
-        out_ += opener;
+        Put(opener);
         closers_.push_back(opener == '{' ? '}' : ']');
         filled_.push_back(false);
     }
@@ -152,26 +158,53 @@ class Text {
             return;
         }
         if (filled_.back()) {
-            out_ += ',';
+            Put(',');
         }
         filled_.back() = true;
         NewLine();
     }
 
-    // Every value starts on a new line or after its key, so pieces go out there.
+    // A line feed and the blanks that indent the next line.
     void NewLine() {
-        if (out_.size() >= PIECE_SIZE) {
-            stream_ << out_;
-            out_.clear();
+        Put('\n');
+        for (std::size_t width = filled_.size() * static_cast<std::size_t>(INDENT); width > 0;) {
+            const std::size_t blanks = std::min(width, BLANKS.size());
+            Put(BLANKS.substr(0, blanks));
+            width -= blanks;
         }
-        out_ += '\n';
-        out_.append(filled_.size() * static_cast<std::size_t>(INDENT), ' ');
+    }
+
+    // Writes out the buffer unless count more bytes fit in it.
+    void MakeRoom(std::size_t count) {
+        if (count > buffer_.size() - used_) {
+            Flush();
+        }
+    }
+    void Put(char c) {
+        MakeRoom(1);
+        buffer_[used_++] = c;
+    }
+    // Bytes that fill more than the buffer go to the stream at once.
+    void Put(std::string_view bytes) {
+        MakeRoom(bytes.size());
+        if (bytes.size() > buffer_.size()) {
+            stream_.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+            return;
+        }
+        std::memcpy(buffer_.data() + used_, bytes.data(), bytes.size());
+        used_ += bytes.size();
     }
 
     static constexpr std::size_t PIECE_SIZE = std::size_t{1} << 16;
+    // The most characters that a number of up to 64 bits takes, with its sign.
+    static constexpr std::size_t MAX_DIGITS = 24;
+    static constexpr std::string_view KEY_END = "\": ";
+    // Blanks to indent with, copied at once rather than one by one.
+    static constexpr std::string_view BLANKS = "                                ";
 
     std::ostream& stream_;
-    std::string out_;
+    std::vector<char> buffer_;
+    std::size_t used_ = 0;
     std::string closers_;
     std::vector<bool> filled_;
     bool keyed_ = false;
