@@ -2,6 +2,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "../tests/engine/engine_test_support.h"
 #include "ZentuJobDocument.h"
 #include "ZentuJobFormatter.h"
+#include "ZentuJobJson.h"
 #include "ZentuJobSchema.h"
 #include "ZentuStringUtil.h"
 #include "ZentuTypedJob.h"
@@ -73,6 +75,16 @@ void RequireFormatKeepsTheJob(const ZentuJobDocument& document, const std::strin
                         "a formatted text reads to the same commands and items");
 }
 
+// The JSON that dump writes piece by piece is the text of the job's JSON value.
+void RequireDumpWrittenAsTheValue(const ZentuTypedJob& job) {
+    std::ostringstream written;
+    ZentuJobJson::write_job("fuzz.par", job, written);
+    zentu_fuzz::Require(
+        written.str() == ZentuJobJson::job("fuzz.par", job)
+                             .dump(2, ' ', false, ZentuJson::error_handler_t::replace),
+        "dump writes the text of the job's JSON value");
+}
+
 }  // namespace
 
 // Runs once before the first input, so that every input meets the same library setup.
@@ -93,5 +105,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const ZentuFinding& finding : job.Findings()) {
         zentu_fuzz::RequireInside(job.Document(), finding.range, "a finding lies inside the text");
     }
+    RequireDumpWrittenAsTheValue(job);
     return 0;
 }
