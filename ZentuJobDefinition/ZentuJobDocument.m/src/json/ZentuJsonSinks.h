@@ -167,11 +167,19 @@ class Text {
     // A line feed and the blanks that indent the next line.
     void NewLine() {
         Put('\n');
-        for (std::size_t width = filled_.size() * static_cast<std::size_t>(INDENT); width > 0;) {
-            const std::size_t blanks = std::min(width, BLANKS.size());
-            Put(BLANKS.substr(0, blanks));
-            width -= blanks;
+        std::size_t width = filled_.size() * static_cast<std::size_t>(INDENT);
+        for (; width > BLANKS.size(); width -= BLANKS.size()) {
+            Put(BLANKS);
         }
+        PutBlanks(width);
+    }
+
+    // Puts up to BLANKS.size() blanks. Copying all of BLANKS and keeping only width of them is
+    // one copy of a known size, where copying width blanks would call memcpy for every line.
+    void PutBlanks(std::size_t width) {
+        MakeRoom(BLANKS.size());
+        std::memcpy(buffer_.data() + used_, BLANKS.data(), BLANKS.size());
+        used_ += width;
     }
 
     // Writes out the buffer unless count more bytes fit in it.
