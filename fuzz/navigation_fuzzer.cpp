@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         zentu_fuzz::RequireInside(document, use.range, "an identifier lies inside the text");
     }
     RequireOutlineInside(document);
-    const std::size_t lines = std::min(document.Lines().size() + 1, MAX_PLACES);
+    const std::size_t lines = std::min(document.LineCount() + 1, MAX_PLACES);
     for (std::size_t line = 1; line <= lines; ++line) {
         const std::size_t columns =
             std::min(zentu_fuzz::LastColumn(document, line) + 1, MAX_PLACES);

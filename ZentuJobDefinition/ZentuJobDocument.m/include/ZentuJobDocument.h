@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -81,8 +82,12 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobDocument {
     const std::string& Path() const { return path_; }
     // The text exactly as read: writing it back gives the input byte for byte.
     const std::string& Text() const { return text_; }
-    // The lines, in file order; line n is Lines()[n - 1].
-    const std::vector<ZentuDocumentLine>& Lines() const { return lines_; }
+    // The lines, in file order; line n is Lines()[n - 1]. Most readings never look at them and
+    // they take several times the text's memory, so they are worked out when first asked for,
+    // on any thread, by a second pass over the text.
+    const std::vector<ZentuDocumentLine>& Lines() const;
+    // The number of lines, without working the lines out.
+    std::size_t LineCount() const { return lineBegins_.size(); }
     // The text of line n (1-based), without its line feed.
     std::string_view LineText(std::size_t number) const;
     // The commands in file order.
@@ -108,7 +113,14 @@ class ZENTU_JOB_DOCUMENT_API ZentuJobDocument {
 
     std::string path_;
     std::string text_;
-    std::vector<ZentuDocumentLine> lines_;
+    // Where each line begins in the text.
+    std::vector<std::size_t> lineBegins_;
+    // The lines on which the caller's keyword test closed the open command, in file order, so
+    // that the lines can be worked out without the test.
+    std::vector<std::size_t> closedEarly_;
+    // The lines, worked out on first demand; shared by copies, which hold the same text.
+    struct LazyLines;
+    std::shared_ptr<LazyLines> lines_;
     std::vector<ZentuDocumentCommand> commands_;
     std::vector<ZentuFinding> findings_;
 };

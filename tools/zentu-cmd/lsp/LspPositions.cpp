@@ -47,7 +47,7 @@ int hex_value(char c) {
 ZentuTextPosition position_from(const ZentuJobDocument& document, const nlohmann::json& position) {
     const std::size_t line = position.at("line").get<std::size_t>() + 1;
     const std::size_t units = position.at("character").get<std::size_t>();
-    if (line < 1 || line > document.Lines().size()) {
+    if (line < 1 || line > document.LineCount()) {
         return {line, units + 1};  // no line of the text: nothing is there
     }
     const std::string_view text = document.LineText(line);
@@ -63,7 +63,7 @@ ZentuTextPosition position_from(const ZentuJobDocument& document, const nlohmann
 
 nlohmann::json position_of(const ZentuJobDocument& document, std::size_t line, std::size_t column) {
     const std::size_t row = std::max<std::size_t>(line, 1) - 1;
-    if (line < 1 || line > document.Lines().size()) {
+    if (line < 1 || line > document.LineCount()) {
         return {{"line", row}, {"character", std::max<std::size_t>(column, 1) - 1}};
     }
     const std::string_view text = document.LineText(line);

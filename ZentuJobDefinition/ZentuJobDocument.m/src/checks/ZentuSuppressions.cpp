@@ -35,7 +35,7 @@ std::vector<std::string> codes_of(std::string_view comment) {
 
 // The last line of the command or item that begins on a line, or 0 when none begins there.
 std::size_t end_of_what_begins(const ZentuJobDocument& document, std::size_t line) {
-    if (line > document.Lines().size()) {
+    if (line > document.LineCount()) {
         return 0;
     }
     const ZentuDocumentLine& info = document.Lines()[line - 1];
@@ -44,7 +44,7 @@ std::size_t end_of_what_begins(const ZentuJobDocument& document, std::size_t lin
     }
     const ZentuDocumentCommand& command = document.Commands()[info.command];
     if (command.line == line) {
-        return command.end_line != 0 ? command.end_line : document.Lines().size();
+        return command.end_line != 0 ? command.end_line : document.LineCount();
     }
     if (info.item != ZentuDocumentLine::NONE && command.items[info.item].line == line) {
         return command.items[info.item].last_line;
@@ -56,9 +56,14 @@ std::size_t end_of_what_begins(const ZentuJobDocument& document, std::size_t lin
 
 void ZentuJobChecks::apply_suppressions(const ZentuJobDocument& document,
                                         std::vector<ZentuFinding>& findings) {
+    // Most files silence nothing, and then their lines need not be worked out.
+    if (document.Text().find(SUPPRESSION_MARK) == std::string::npos) {
+        return;
+    }
     std::vector<Suppression> suppressions;
-    for (std::size_t line = 1; line <= document.Lines().size(); ++line) {
-        if (document.Lines()[line - 1].scanned.kind != ZentuParLine::Kind::COMMENT) {
+    const std::vector<ZentuDocumentLine>& lines = document.Lines();
+    for (std::size_t line = 1; line <= lines.size(); ++line) {
+        if (lines[line - 1].scanned.kind != ZentuParLine::Kind::COMMENT) {
             continue;
         }
         const std::size_t last = end_of_what_begins(document, line + 1);

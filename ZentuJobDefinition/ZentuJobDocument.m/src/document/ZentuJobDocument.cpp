@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <iterator>
 #include <memory>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -66,14 +67,6 @@ bool is_ascii(std::string_view text) {
     return bits < 0x80;
 }
 
-// How many lines a text holds, and how many of them start with END_ after blanks: room for the
-// lines and, closely enough, for the commands is then taken at once, where growing the vectors
-// would move them and fill fresh memory twice over.
-struct LineCounts {
-    std::size_t lines = 0;
-    std::size_t ends = 0;
-};
-
 // Whether a line's first word begins with END_, in any case.
 bool starts_with_end(std::string_view line) {
     const std::size_t first = line.find_first_not_of(" \t");
@@ -81,15 +74,24 @@ bool starts_with_end(std::string_view line) {
            ZentuStringUtil::equals_ignoring_case(line.substr(first, END_LINE.size()), END_LINE);
 }
 
-// The lines of a text as Read splits them, and those that start with END_.
-LineCounts count_lines(std::string_view text) {
-    LineCounts counts;
-    for (std::size_t begin = 0; begin < text.size(); ++counts.lines) {
+// Where each line of a text begins, as Read splits them (a last line without line feed counts,
+// an empty text after the last line feed does not), and how many lines start with END_: room for
+// the commands is then taken at once, closely enough, where growing the vector would move them
+// and fill fresh memory twice over.
+struct LineIndex {
+    std::vector<std::size_t> begins;
+    std::size_t ends = 0;
+};
+
+LineIndex index_lines(std::string_view text) {
+    LineIndex index;
+    for (std::size_t begin = 0; begin < text.size();) {
+        index.begins.push_back(begin);
         const std::size_t feed = std::min(text.find('\n', begin), text.size());
-        counts.ends += starts_with_end(text.substr(begin, feed - begin)) ? 1 : 0;
+        index.ends += starts_with_end(text.substr(begin, feed - begin)) ? 1 : 0;
         begin = feed + 1;
     }
-    return counts;
+    return index;
 }
 
 // The size of a regular file, as room to read it into; 0 when it is unknown.
@@ -128,26 +130,34 @@ const std::string& ZentuDocumentCommand::IdName() const {
     return found != items.end() ? found->value : none;
 }
 
-// Builds a document line by line on the shared scanner, recovering from every problem.
+// Builds a document line by line on the shared scanner, recovering from every problem; or,
+// walking the lines of a document read before in the same way, works out its lines.
 class ZentuJobDocumentReader {
   public:
+    // A reader that builds the document's commands, items and findings from its text.
     ZentuJobDocumentReader(ZentuJobDocument& document,
                            const ZentuJobDocument::KeywordTest& startsCommand)
-        : document_(document), startsCommand_(startsCommand) {}
+        : source_(document), built_(&document), startsCommand_(&startsCommand) {}
 
-    // Splits the text into lines and takes each; a last line without line feed counts, an
-    // empty text after the last line feed does not.
+    // A reader that works out the lines of a document that has been read, into lines.
+    ZentuJobDocumentReader(const ZentuJobDocument& document, std::vector<ZentuDocumentLine>& lines)
+        : source_(document), lines_(&lines), nextClosedEarly_(document.closedEarly_.begin()) {}
+
+    // Indexes the lines of the document's text and builds the document from them.
     void Read() {
-        const std::string& text = document_.text_;
-        const LineCounts counts = count_lines(text);
-        document_.lines_.reserve(counts.lines);
-        document_.commands_.reserve(counts.ends);
-        for (std::size_t begin = 0; begin < text.size();) {
-            const std::size_t feed = text.find('\n', begin);
-            const std::size_t end = feed == std::string::npos ? text.size() : feed;
-            document_.lines_.push_back(ZentuDocumentLine{begin, end, {}, NONE, NONE});
-            Take(document_.lines_.size());
-            begin = end + 1;
+        LineIndex index = index_lines(built_->text_);
+        built_->lineBegins_ = std::move(index.begins);
+        built_->commands_.reserve(index.ends);
+        Walk();
+    }
+
+    // Takes every line of the document in order, then ends the file.
+    void Walk() {
+        if (lines_ != nullptr) {
+            lines_->reserve(source_.LineCount());
+        }
+        for (std::size_t number = 1; number <= source_.LineCount(); ++number) {
+            Take(number);
         }
         Finish();
     }
@@ -156,15 +166,13 @@ class ZentuJobDocumentReader {
     static constexpr std::size_t NONE = ZentuDocumentLine::NONE;
 
     void Take(std::size_t number) {
-        ZentuDocumentLine& line = document_.lines_[number - 1];
-        const std::string_view text = document_.LineText(number);
-        line.scanned = scanner_.Scan(text);
-        if (line.scanned.kind == Kind::NAME && StartsCommand(line.scanned.Name(text))) {
-            ReportUnclosed(line.scanned.Name(text));
+        const std::string_view text = source_.LineText(number);
+        ZentuParLine scanned = scanner_.Scan(text);
+        if (scanned.kind == Kind::NAME && StartsCommand(number, scanned.Name(text))) {
+            ReportUnclosed(scanned.Name(text));
             scanner_.CloseCommand();
-            line.scanned = scanner_.Scan(text);
+            scanned = scanner_.Scan(text);
         }
-        const ZentuParLine& scanned = line.scanned;
         switch (scanned.kind) {
             case Kind::KEYWORD:
                 OpenCommand(number, scanned);
@@ -177,7 +185,7 @@ class ZentuJobDocumentReader {
                 AddValueLine(number, scanned);
                 break;
             case Kind::END:
-                Command().end_line = number;
+                EndCommand(number);
                 break;
             case Kind::BLANK:
             case Kind::COMMENT:
@@ -195,49 +203,75 @@ class ZentuJobDocumentReader {
                 Report(number, scanned, Messages::COMMAND_WORD_NOT_PRINTABLE);
                 break;
         }
-        Place(line);
+        Place(number, scanned);
         if (scanned.kind == Kind::END) {
             CloseCommand();
         }
     }
 
-    // Whether a name alone inside the open command starts the next command.
-    bool StartsCommand(std::string_view name) const {
-        return startsCommand_ && openCommand_ != NONE && startsCommand_(name, Command().keyword);
+    // Whether a name alone inside the open command starts the next command: the caller's
+    // keyword test tells while building, and the lines where it did are noted for working out
+    // the lines later, when the test may be gone.
+    bool StartsCommand(std::size_t number, std::string_view name) {
+        if (built_ == nullptr) {
+            const bool noted =
+                nextClosedEarly_ != source_.closedEarly_.end() && *nextClosedEarly_ == number;
+            nextClosedEarly_ += noted ? 1 : 0;
+            return noted;
+        }
+        const bool starts =
+            *startsCommand_ && openCommand_ != NONE && (*startsCommand_)(name, Command().keyword);
+        if (starts) {
+            built_->closedEarly_.push_back(number);
+        }
+        return starts;
     }
 
-    ZentuDocumentCommand& Command() { return document_.commands_[openCommand_]; }
-    const ZentuDocumentCommand& Command() const { return document_.commands_[openCommand_]; }
+    ZentuDocumentCommand& Command() { return built_->commands_[openCommand_]; }
 
-    // Records which command and item a line belongs to.
-    void Place(ZentuDocumentLine& line) const {
-        line.command = openCommand_;
-        const bool ofItem = line.scanned.kind == Kind::ITEM || line.scanned.kind == Kind::NAME ||
-                            line.scanned.kind == Kind::VALUE ||
-                            (scanner_.InsideValue() && line.scanned.kind == Kind::COMMENT);
-        line.item = ofItem && openCommand_ != NONE ? items_.size() - 1 : NONE;
+    // Records which command and item a line belongs to, when working out the lines.
+    void Place(std::size_t number, const ZentuParLine& scanned) {
+        if (lines_ == nullptr) {
+            return;
+        }
+        const bool ofItem = scanned.kind == Kind::ITEM || scanned.kind == Kind::NAME ||
+                            scanned.kind == Kind::VALUE ||
+                            (scanner_.InsideValue() && scanned.kind == Kind::COMMENT);
+        const std::string_view text = source_.LineText(number);
+        const auto begin = static_cast<std::size_t>(text.data() - source_.Text().data());
+        lines_->push_back(
+            ZentuDocumentLine{begin, begin + text.size(), scanned, openCommand_,
+                              ofItem && openCommand_ != NONE ? itemsOpened_ - 1 : NONE});
     }
 
     void OpenCommand(std::size_t number, const ZentuParLine& scanned) {
         CloseCommand();
-        const std::string_view text = document_.LineText(number);
-        ZentuDocumentCommand& command = document_.commands_.emplace_back();
-        command.keyword = std::string(scanned.Name(text));
+        openCommand_ = commandsOpened_++;
+        if (built_ == nullptr) {
+            return;
+        }
+        ZentuDocumentCommand& command = built_->commands_.emplace_back();
+        command.keyword = std::string(scanned.Name(source_.LineText(number)));
         command.line = number;
         command.keyword_range = Range(number, scanned.nameBegin, scanned.nameEnd);
-        openCommand_ = document_.commands_.size() - 1;
+    }
+
+    void EndCommand(std::size_t number) {
+        if (built_ != nullptr) {
+            Command().end_line = number;
+        }
     }
 
     // RangeOf of line n, the line being read: on a line of ASCII bytes after the first, which
     // holds no byte-order mark, a column is the offset, without counting characters.
     ZentuTextRange Range(std::size_t number, std::size_t begin, std::size_t end) {
-        const std::string_view line = without_carriage_return(document_.LineText(number));
+        const std::string_view line = without_carriage_return(source_.LineText(number));
         if (rangeLine_ != number) {
             rangeLine_ = number;
             rangeLineAscii_ = number != 1 && is_ascii(line);
         }
         if (!rangeLineAscii_) {
-            return document_.RangeOf(number, begin, end);
+            return source_.RangeOf(number, begin, end);
         }
         return ZentuTextRange{number, 1 + std::min(begin, line.size()), number,
                               1 + std::min(end, line.size())};
@@ -248,14 +282,22 @@ class ZentuJobDocumentReader {
         if (openCommand_ == NONE) {
             return;
         }
-        Command().items.assign(std::make_move_iterator(items_.begin()),
-                               std::make_move_iterator(items_.end()));
-        items_.clear();
+        if (built_ != nullptr) {
+            Command().items.assign(std::make_move_iterator(items_.begin()),
+                                   std::make_move_iterator(items_.end()));
+            items_.clear();
+        }
+        itemsOpened_ = 0;
         openCommand_ = NONE;
     }
 
     void AddItem(std::size_t number, const ZentuParLine& scanned) {
-        const std::string_view text = document_.LineText(number);
+        ++itemsOpened_;
+        valueHasLines_ = false;
+        if (built_ == nullptr) {
+            return;
+        }
+        const std::string_view text = source_.LineText(number);
         ZentuDocumentItem& item = items_.emplace_back();
         item.name = std::string(scanned.Name(text));
         item.name_alone = scanned.kind == Kind::NAME;
@@ -268,10 +310,12 @@ class ZentuJobDocumentReader {
             item.value = std::string(scanned.Value(text));
             item.value_range = Range(number, scanned.valueBegin, scanned.valueEnd);
         }
-        valueHasLines_ = false;
     }
 
     void AddValueLine(std::size_t number, const ZentuParLine& scanned) {
+        if (built_ == nullptr) {
+            return;
+        }
         ZentuDocumentItem& item = items_.back();
         const ZentuTextRange range = Range(number, scanned.nameBegin, scanned.nameEnd);
         if (valueHasLines_) {
@@ -280,7 +324,7 @@ class ZentuJobDocumentReader {
             item.value_range.line = range.line;
             item.value_range.column = range.column;
         }
-        item.value += scanned.Name(document_.LineText(number));
+        item.value += scanned.Name(source_.LineText(number));
         item.value_range.end_line = range.end_line;
         item.value_range.end_column = range.end_column;
         item.last_line = number;
@@ -289,16 +333,21 @@ class ZentuJobDocumentReader {
 
     // A line that breaks the structure outside a command, quoted.
     void Report(std::size_t number, const ZentuParLine& scanned, const char* format) {
-        const std::string quoted =
-            ZentuStringUtil::excerpt(scanned.Name(document_.LineText(number)));
-        document_.findings_.push_back(
+        if (built_ == nullptr) {
+            return;
+        }
+        const std::string quoted = ZentuStringUtil::excerpt(scanned.Name(source_.LineText(number)));
+        built_->findings_.push_back(
             zentu_finding(ZentuFindingCodes::SYNTAX, KPL_Failure::Format(format, quoted.c_str()),
-                          document_.RangeOf(number, scanned.nameBegin, scanned.nameEnd)));
+                          source_.RangeOf(number, scanned.nameBegin, scanned.nameEnd)));
     }
 
     void ReportUnclosed(std::string_view nextKeyword) {
+        if (built_ == nullptr) {
+            return;
+        }
         const ZentuDocumentCommand& command = Command();
-        document_.findings_.push_back(zentu_finding(
+        built_->findings_.push_back(zentu_finding(
             ZentuFindingCodes::SYNTAX,
             KPL_Failure::Format(Messages::COMMAND_NOT_CLOSED,
                                 ZentuStringUtil::excerpt(command.keyword).c_str(), command.line,
@@ -308,7 +357,7 @@ class ZentuJobDocumentReader {
 
     // A file that ends inside a command is reported at the end of its last line.
     void Finish() {
-        if (scanner_.InsideCommand() && openCommand_ != NONE) {
+        if (scanner_.InsideCommand() && openCommand_ != NONE && built_ != nullptr) {
             ReportFileEndsInsideCommand();
         }
         CloseCommand();
@@ -316,19 +365,26 @@ class ZentuJobDocumentReader {
 
     void ReportFileEndsInsideCommand() {
         const ZentuDocumentCommand& command = Command();
-        const std::size_t last = document_.lines_.size();
-        const std::size_t end = document_.LineText(last).size();
-        document_.findings_.push_back(zentu_finding(
+        const std::size_t last = source_.LineCount();
+        const std::size_t end = source_.LineText(last).size();
+        built_->findings_.push_back(zentu_finding(
             ZentuFindingCodes::SYNTAX,
             KPL_Failure::Format(Messages::FILE_ENDS_INSIDE_COMMAND,
                                 ZentuStringUtil::excerpt(command.keyword).c_str(), command.line),
-            document_.RangeOf(last, end, end)));
+            source_.RangeOf(last, end, end)));
     }
 
-    ZentuJobDocument& document_;
-    const ZentuJobDocument::KeywordTest& startsCommand_;
+    const ZentuJobDocument& source_;
+    // The document being built, or null when working out lines.
+    ZentuJobDocument* built_ = nullptr;
+    const ZentuJobDocument::KeywordTest* startsCommand_ = nullptr;
+    // The lines being worked out, or null when building.
+    std::vector<ZentuDocumentLine>* lines_ = nullptr;
+    std::vector<std::size_t>::const_iterator nextClosedEarly_;
     ZentuParScanner scanner_;
     std::size_t openCommand_ = NONE;
+    std::size_t commandsOpened_ = 0;
+    std::size_t itemsOpened_ = 0;
     // The items of the open command, which it takes when it closes: a vector grown item by item
     // would hold room for more than it keeps.
     std::vector<ZentuDocumentItem> items_;
@@ -343,6 +399,7 @@ ZentuJobDocument ZentuJobDocument::FromText(std::string text, std::string path,
     ZentuJobDocument document;
     document.path_ = std::move(path);
     document.text_ = std::move(text);
+    document.lines_ = std::make_shared<LazyLines>();
     ZentuJobDocumentReader(document, startsCommand).Read();
     return document;
 }
@@ -375,8 +432,30 @@ ZentuJobDocument ZentuJobDocument::FromFile(const std::string& path,
 }
 
 std::string_view ZentuJobDocument::LineText(std::size_t number) const {
-    const ZentuDocumentLine& line = lines_[number - 1];
-    return std::string_view(text_).substr(line.begin, line.end - line.begin);
+    const std::size_t begin = lineBegins_[number - 1];
+    // A line ends before the line feed that the next line begins after; the last line at the
+    // text's end, or before its line feed.
+    const std::size_t end = number < lineBegins_.size()              ? lineBegins_[number] - 1
+                            : !text_.empty() && text_.back() == '\n' ? text_.size() - 1
+                                                                     : text_.size();
+    return std::string_view(text_).substr(begin, end - begin);
+}
+
+// The lines of a document and whether they have been worked out; a line is asked for at every
+// step of formatting, so a finished reading costs one check of the flag.
+struct ZentuJobDocument::LazyLines {
+    std::once_flag workedOut;
+    std::vector<ZentuDocumentLine> lines;
+};
+
+const std::vector<ZentuDocumentLine>& ZentuJobDocument::Lines() const {
+    static const std::vector<ZentuDocumentLine> none;
+    if (lines_ == nullptr) {
+        return none;
+    }
+    std::call_once(lines_->workedOut,
+                   [this] { ZentuJobDocumentReader(*this, lines_->lines).Walk(); });
+    return lines_->lines;
 }
 
 bool ZentuJobDocument::HasErrors() const {

@@ -34,12 +34,13 @@ std::string indent_of(const ZentuJobDocument& document, std::size_t number) {
 
 // The byte where line n begins.
 std::size_t line_begin(const ZentuJobDocument& document, std::size_t number) {
-    return document.Lines()[number - 1].begin;
+    return static_cast<std::size_t>(document.LineText(number).data() - document.Text().data());
 }
 
 // The byte after the line feed of line n, or the end of a text whose last line has none.
 std::size_t after_line(const ZentuJobDocument& document, std::size_t number) {
-    return std::min(document.Lines()[number - 1].end + 1, document.Text().size());
+    return std::min(line_begin(document, number) + document.LineText(number).size() + 1,
+                    document.Text().size());
 }
 
 // Whether line n holds nothing but blanks.
@@ -153,7 +154,7 @@ ZentuTextSplice ZentuJobEdits::remove_command(const ZentuJobDocument& document,
                                               std::size_t command) {
     const ZentuDocumentCommand& written = document.Commands()[command];
     const std::size_t first = written.line;
-    const std::size_t last = written.end_line == 0 ? document.Lines().size() : written.end_line;
+    const std::size_t last = written.end_line == 0 ? document.LineCount() : written.end_line;
     const bool textAfter = after_line(document, last) < document.Text().size();
     if (textAfter && is_empty_line(document, last + 1)) {
         return {line_begin(document, first), after_line(document, last + 1), {}};

@@ -124,8 +124,9 @@ class LossSentence {
 
 // The writer writes no comment.
 void find_comments(const ZentuJobDocument& document, ZentuCanonicalLosses& losses) {
-    for (std::size_t number = 1; number <= document.Lines().size(); ++number) {
-        if (document.Lines()[number - 1].scanned.kind == ZentuParLine::Kind::COMMENT) {
+    const std::vector<ZentuDocumentLine>& lines = document.Lines();
+    for (std::size_t number = 1; number <= lines.size(); ++number) {
+        if (lines[number - 1].scanned.kind == ZentuParLine::Kind::COMMENT) {
             losses.comment_lines.push_back(number);
         }
     }

@@ -30,8 +30,9 @@ class ZentuJobLayout {
     // The whole text, laid out; the layout is used up by it.
     std::string Text() {
         text_.reserve(document_.Text().size());
-        for (std::size_t number = 1; number <= document_.Lines().size(); ++number) {
-            Take(document_.Lines()[number - 1], document_.LineText(number));
+        const std::vector<ZentuDocumentLine>& lines = document_.Lines();
+        for (std::size_t number = 1; number <= lines.size(); ++number) {
+            Take(lines[number - 1], document_.LineText(number));
         }
         return std::move(text_);
     }

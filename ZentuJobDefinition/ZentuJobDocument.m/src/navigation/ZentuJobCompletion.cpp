@@ -27,7 +27,7 @@ class Completer {
           position_(position) {}
 
     std::vector<ZentuCompletionCandidate> Run() {
-        if (position_.line < 1 || position_.line > document_.Lines().size()) {
+        if (position_.line < 1 || position_.line > document_.LineCount()) {
             AddKeywords();
             return std::move(candidates_);
         }
