@@ -51,6 +51,28 @@ std::vector<std::string> Outline(const ZentuJobDocument& document) {
     return outline;
 }
 
+// The lines are worked out once, whichever of several threads asks first, copies share them, and
+// each lies where LineText says.
+void ExpectLinesWorkedOutOnceForEveryThreadAndCopy(const ZentuJobDocument& document,
+                                                   const std::string& text) {
+    std::vector<const std::vector<ZentuDocumentLine>*> seen(4);
+    std::vector<std::thread> askers;
+    for (auto& lines : seen) {
+        askers.emplace_back([&document, &lines] { lines = &document.Lines(); });
+    }
+    for (std::thread& asker : askers) {
+        asker.join();
+    }
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), seen.front()), 4);
+    const ZentuJobDocument copy = document;
+    EXPECT_EQ(&copy.Lines(), seen.front());
+    ASSERT_EQ(seen.front()->size(), document.LineCount());
+    for (std::size_t number = 1; number <= document.LineCount(); ++number) {
+        const ZentuDocumentLine& line = (*seen.front())[number - 1];
+        EXPECT_EQ(text.substr(line.begin, line.end - line.begin), document.LineText(number));
+    }
+}
+
 // Editors place names, values and findings by these ranges and owners, and save the text as is.
 TEST(JobDocument, ReadsEveryCaseIntoItsOutlineAndFindingsKeepingTheText) {
     const ZentuJobSchema schema = ZentuJobSchema::Builtin();
@@ -60,37 +82,10 @@ TEST(JobDocument, ReadsEveryCaseIntoItsOutlineAndFindingsKeepingTheText) {
         const ZentuJobDocument document =
             ZentuJobDocument::FromText(text, "job.par", ZentuTypedJob::KeywordTestOf(schema));
         EXPECT_EQ(document.Text(), text);
+        ExpectLinesWorkedOutOnceForEveryThreadAndCopy(document, text);
         EXPECT_EQ(Outline(document), zentu_test::Lines(zentu_test::Bytes(c.fields[2])));
         EXPECT_EQ(FindingLines(document.Findings()), zentu_test::Lines(c.fields[3]));
         EXPECT_EQ(document.HasErrors(), !c.fields[3].empty());
-    }
-}
-
-// The lines are worked out once, whichever of several threads asks first, copies share them, and
-// each lies where LineText says.
-TEST(JobDocument, WorksOutItsLinesOnceForEveryThreadAndCopy) {
-    const ZentuJobSchema schema = ZentuJobSchema::Builtin();
-    for (const auto& c : zentu_test::DataCases("document/cases/document_outlines.txt", 4)) {
-        SCOPED_TRACE(c.where);
-        const std::string text = zentu_test::Bytes(c.fields[1]);
-        const ZentuJobDocument document =
-            ZentuJobDocument::FromText(text, "job.par", ZentuTypedJob::KeywordTestOf(schema));
-        std::vector<const std::vector<ZentuDocumentLine>*> seen(4);
-        std::vector<std::thread> askers;
-        for (auto& lines : seen) {
-            askers.emplace_back([&document, &lines] { lines = &document.Lines(); });
-        }
-        for (std::thread& asker : askers) {
-            asker.join();
-        }
-        EXPECT_EQ(std::count(seen.begin(), seen.end(), seen.front()), 4);
-        const ZentuJobDocument copy = document;
-        EXPECT_EQ(&copy.Lines(), seen.front());
-        ASSERT_EQ(seen.front()->size(), document.LineCount());
-        for (std::size_t number = 1; number <= document.LineCount(); ++number) {
-            const ZentuDocumentLine& line = (*seen.front())[number - 1];
-            EXPECT_EQ(text.substr(line.begin, line.end - line.begin), document.LineText(number));
-        }
     }
 }
 
