@@ -203,7 +203,7 @@ class ZentuJobDocumentReader {
                 Report(number, scanned, Messages::COMMAND_WORD_NOT_PRINTABLE);
                 break;
         }
-        Place(number, scanned);
+        Place(text, scanned);
         if (scanned.kind == Kind::END) {
             CloseCommand();
         }
@@ -229,15 +229,14 @@ class ZentuJobDocumentReader {
 
     ZentuDocumentCommand& Command() { return built_->commands_[openCommand_]; }
 
-    // Records which command and item a line belongs to, when working out the lines.
-    void Place(std::size_t number, const ZentuParLine& scanned) {
+    // Records which command and item the line's text belongs to, when working out the lines.
+    void Place(std::string_view text, const ZentuParLine& scanned) {
         if (lines_ == nullptr) {
             return;
         }
         const bool ofItem = scanned.kind == Kind::ITEM || scanned.kind == Kind::NAME ||
                             scanned.kind == Kind::VALUE ||
                             (scanner_.InsideValue() && scanned.kind == Kind::COMMENT);
-        const std::string_view text = source_.LineText(number);
         const auto begin = static_cast<std::size_t>(text.data() - source_.Text().data());
         lines_->push_back(
             ZentuDocumentLine{begin, begin + text.size(), scanned, openCommand_,
