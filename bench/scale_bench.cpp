@@ -12,9 +12,12 @@
 #include <iterator>
 #include <string>
 
+#include "ZentuCmd.h"
 #include "ZentuCmdContainer.h"
 #include "ZentuCmdDefs.h"
+#include "ZentuCmdIdentifier.h"
 #include "ZentuCmdIoConfig.h"
+#include "ZentuCmdItem.h"
 #include "ZentuCmdItemDefs.h"
 #include "ZentuCmdItemMetaData.h"
 #include "ZentuCmdMetaData.h"
@@ -76,47 +79,116 @@ void report_against_raw(benchmark::State& state, double librarySeconds, double r
         librarySeconds * 1e6 / static_cast<double>(state.iterations() * state.range(0));
 }
 
-// Reading and completing against reading the lines of the same file; the time shown is reading's.
-void BM_ReadAgainstLineScan(benchmark::State& state) {
-    const std::filesystem::path path = JobFiles::Instance().Job(command_count(state));
-    const ZentuParFileAdapter reader = job_reader(path);
-    double readSeconds = 0.0;
+// Times work on a new container, in every iteration, against reading the lines of the job's file;
+// the time shown is work's.
+template <typename Work>
+void time_against_line_scan(benchmark::State& state, const std::filesystem::path& path, Work work) {
+    double workSeconds = 0.0;
     double scanSeconds = 0.0;
     for (auto _ : state) {
         scanSeconds +=
             ZentuBenchSupport::seconds_of([&path] { benchmark::DoNotOptimize(scan_lines(path)); });
         ZentuCmdContainer container;
-        const double seconds = ZentuBenchSupport::seconds_of([&] { reader.Parse(container); });
-        readSeconds += seconds;
+        const double seconds = ZentuBenchSupport::seconds_of([&] { work(container); });
+        workSeconds += seconds;
         state.SetIterationTime(seconds);
     }
-    report_against_raw(state, readSeconds, scanSeconds, "x_line_scan");
+    report_against_raw(state, workSeconds, scanSeconds, "x_line_scan");
 }
 
-// Writing a completed job against one fwrite of the text that it writes; the time shown is
-// writing's.
-void BM_WriteAgainstFwrite(benchmark::State& state) {
-    ZentuCmdContainer container;
-    read_job(JobFiles::Instance().Job(command_count(state)), container);
-    const std::filesystem::path written = JobFiles::Instance().Scratch("written.par");
+// The file that the benchmarks against fwrite write the job to.
+std::filesystem::path written_file() {
+    return JobFiles::Instance().Scratch("written.par");
+}
+
+// Times work, in every iteration, against one fwrite of the text that the job is written as;
+// written_file() does not exist when work starts. The time shown is work's.
+template <typename Work>
+void time_against_fwrite(benchmark::State& state, const ZentuCmdContainer& job, Work work) {
+    const std::filesystem::path written = written_file();
     const std::filesystem::path raw = JobFiles::Instance().Scratch("raw.par");
-    const ZentuCmdParOutput writer(written.wstring(), container,
-                                   ZentuCmdDefs::get_default_cmd_names(),
-                                   ZentuCmdItemDefs::CMD_ITEM_NAMES);
-    writer.Write(L"w");
+    ZentuCmdParOutput(written.wstring(), job, ZentuCmdDefs::get_default_cmd_names(),
+                      ZentuCmdItemDefs::CMD_ITEM_NAMES)
+        .Write(L"w");
     const std::string text = file_text(written);
-    double writeSeconds = 0.0;
+    double workSeconds = 0.0;
     double rawSeconds = 0.0;
     for (auto _ : state) {
         // Both write new files: rewriting one in place makes some file systems flush it on close.
         std::filesystem::remove(raw);
         std::filesystem::remove(written);
         rawSeconds += ZentuBenchSupport::seconds_of([&] { write_raw(raw, text); });
-        const double seconds = ZentuBenchSupport::seconds_of([&writer] { writer.Write(L"w"); });
-        writeSeconds += seconds;
+        const double seconds = ZentuBenchSupport::seconds_of(work);
+        workSeconds += seconds;
         state.SetIterationTime(seconds);
     }
-    report_against_raw(state, writeSeconds, rawSeconds, "x_fwrite");
+    report_against_raw(state, workSeconds, rawSeconds, "x_fwrite");
+}
+
+// Reading and completing against reading the lines of the same file.
+void BM_ReadAgainstLineScan(benchmark::State& state) {
+    const std::filesystem::path path = JobFiles::Instance().Job(command_count(state));
+    const ZentuParFileAdapter reader = job_reader(path);
+    time_against_line_scan(state, path,
+                           [&reader](ZentuCmdContainer& container) { reader.Parse(container); });
+}
+
+// Writing a completed job against one fwrite of the text that it writes.
+void BM_WriteAgainstFwrite(benchmark::State& state) {
+    ZentuCmdContainer job;
+    read_job(JobFiles::Instance().Job(command_count(state)), job);
+    const ZentuCmdParOutput writer(written_file().wstring(), job,
+                                   ZentuCmdDefs::get_default_cmd_names(),
+                                   ZentuCmdItemDefs::CMD_ITEM_NAMES);
+    time_against_fwrite(state, job, [&writer] { writer.Write(L"w"); });
+}
+
+// Creates in copy, one by one, the commands of job with a clone of every item: what any reading
+// has to do to leave that container, whatever it reads, since the container holds every command
+// and every item as an object of its own.
+void build_again(const ZentuCmdContainer& job, ZentuCmdContainer& copy) {
+    for (const ZentuCmd& cmd : job) {
+        copy.CreateCommand(cmd.GetType(), cmd.GetName()).CopyItemsFrom(cmd);
+    }
+}
+
+// The least that reading and completing can cost: building the container that it leaves, from
+// one already built, against reading the lines of the job's file.
+void BM_BuildAgainstLineScan(benchmark::State& state) {
+    const std::filesystem::path path = JobFiles::Instance().Job(command_count(state));
+    ZentuCmdContainer job;
+    read_job(path, job);
+    time_against_line_scan(state, path,
+                           [&job](ZentuCmdContainer& copy) { build_again(job, copy); });
+}
+
+// Reads what writing the command must read however it prints: each item, and the identifier item
+// of each item's target, whose text a reference item prints. Returns the length of their names.
+std::size_t visit_for_writing(const ZentuCmd& cmd) {
+    std::size_t length = cmd.GetName().size();
+    for (std::uint64_t kinds = cmd.KindsWithSequences(); kinds != 0; kinds &= kinds - 1) {
+        const auto kind = static_cast<ZentuCmdItemDefs::CmdItem>(__builtin_ctzll(kinds));
+        for (const auto& item : cmd.Items(kind)) {
+            length += item->GetName().size();
+            const ZentuCmd* target = item->GetReference();
+            const ZentuCmdItem* identifier =
+                target != nullptr ? ZentuCmdIdentifier::item_of(*target) : nullptr;
+            length += identifier != nullptr ? identifier->GetName().size() : 0;
+        }
+    }
+    return length;
+}
+
+// The least that writing can cost beyond handing its text to the system: reaching every item
+// and every reference's target, against one fwrite of the text.
+void BM_VisitForWritingAgainstFwrite(benchmark::State& state) {
+    ZentuCmdContainer job;
+    read_job(JobFiles::Instance().Job(command_count(state)), job);
+    time_against_fwrite(state, job, [&job] {
+        for (const ZentuCmd& cmd : job) {
+            benchmark::DoNotOptimize(visit_for_writing(cmd));
+        }
+    });
 }
 
 // The peak memory that reading and completing the file takes beyond that of reading an empty file,
@@ -165,8 +237,34 @@ void job_sizes(benchmark::internal::Benchmark* family) {
     family->Arg(1000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(BM_ReadAgainstLineScan)->Apply(job_sizes)->UseManualTime();
-BENCHMARK(BM_WriteAgainstFwrite)->Apply(job_sizes)->UseManualTime();
+// The smallest job for a ratio against the raw work.
+void smallest_job(benchmark::internal::Benchmark* family) {
+    family->Arg(1000)->Unit(benchmark::kMillisecond)->UseManualTime();
+}
+
+// The job of 100,000 commands for a ratio against the raw work, timed for some seconds: a few
+// iterations of it swing by a fifth from run to run.
+void target_job(benchmark::internal::Benchmark* family) {
+    family->Arg(100000)->Unit(benchmark::kMillisecond)->UseManualTime()->MinTime(3.0);
+}
+
+// The largest job for a ratio against the raw work, which one iteration already reads for seconds.
+void largest_job(benchmark::internal::Benchmark* family) {
+    family->Arg(1000000)->Unit(benchmark::kMillisecond)->UseManualTime();
+}
+
+BENCHMARK(BM_ReadAgainstLineScan)->Apply(smallest_job);
+BENCHMARK(BM_ReadAgainstLineScan)->Apply(target_job);
+BENCHMARK(BM_ReadAgainstLineScan)->Apply(largest_job);
+BENCHMARK(BM_WriteAgainstFwrite)->Apply(smallest_job);
+BENCHMARK(BM_WriteAgainstFwrite)->Apply(target_job);
+BENCHMARK(BM_WriteAgainstFwrite)->Apply(largest_job);
+BENCHMARK(BM_BuildAgainstLineScan)->Apply(smallest_job);
+BENCHMARK(BM_BuildAgainstLineScan)->Apply(target_job);
+BENCHMARK(BM_BuildAgainstLineScan)->Apply(largest_job);
+BENCHMARK(BM_VisitForWritingAgainstFwrite)->Apply(smallest_job);
+BENCHMARK(BM_VisitForWritingAgainstFwrite)->Apply(target_job);
+BENCHMARK(BM_VisitForWritingAgainstFwrite)->Apply(largest_job);
 BENCHMARK(BM_ReadPeakMemory)->Apply(job_sizes)->Iterations(1);
 BENCHMARK(BM_ReadAndWriteFiveRanges)->Unit(benchmark::kMillisecond);
 
