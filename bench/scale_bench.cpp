@@ -98,6 +98,12 @@ void time_against_line_scan(benchmark::State& state, const std::filesystem::path
     report_against_raw(state, workSeconds, scanSeconds, "x_line_scan");
 }
 
+// The writer of the job to the file at path, with the names that the library knows.
+ZentuCmdParOutput par_writer(const std::filesystem::path& path, const ZentuCmdContainer& job) {
+    return ZentuCmdParOutput(path.wstring(), job, ZentuCmdDefs::get_default_cmd_names(),
+                             ZentuCmdItemDefs::CMD_ITEM_NAMES);
+}
+
 // The file that the benchmarks against fwrite write the job to.
 std::filesystem::path written_file() {
     return JobFiles::Instance().Scratch("written.par");
@@ -109,9 +115,7 @@ template <typename Work>
 void time_against_fwrite(benchmark::State& state, const ZentuCmdContainer& job, Work work) {
     const std::filesystem::path written = written_file();
     const std::filesystem::path raw = JobFiles::Instance().Scratch("raw.par");
-    ZentuCmdParOutput(written.wstring(), job, ZentuCmdDefs::get_default_cmd_names(),
-                      ZentuCmdItemDefs::CMD_ITEM_NAMES)
-        .Write(L"w");
+    par_writer(written, job).Write(L"w");
     const std::string text = file_text(written);
     double workSeconds = 0.0;
     double rawSeconds = 0.0;
@@ -139,9 +143,7 @@ void BM_ReadAgainstLineScan(benchmark::State& state) {
 void BM_WriteAgainstFwrite(benchmark::State& state) {
     ZentuCmdContainer job;
     read_job(JobFiles::Instance().Job(command_count(state)), job);
-    const ZentuCmdParOutput writer(written_file().wstring(), job,
-                                   ZentuCmdDefs::get_default_cmd_names(),
-                                   ZentuCmdItemDefs::CMD_ITEM_NAMES);
+    const ZentuCmdParOutput writer = par_writer(written_file(), job);
     time_against_fwrite(state, job, [&writer] { writer.Write(L"w"); });
 }
 
@@ -227,9 +229,7 @@ void BM_ReadAndWriteFiveRanges(benchmark::State& state) {
     for (auto _ : state) {
         ZentuCmdContainer container;
         read_job(path, container);
-        ZentuCmdParOutput(written.wstring(), container, ZentuCmdDefs::get_default_cmd_names(),
-                          ZentuCmdItemDefs::CMD_ITEM_NAMES)
-            .Write(L"w");
+        par_writer(written, container).Write(L"w");
     }
     state.counters["peak_MB"] = static_cast<double>(added_peak_of_reading(path)) / 1e6;
 }
